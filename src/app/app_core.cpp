@@ -1,0 +1,45 @@
+#include "app/app_core.h"
+
+#include "app/settings/settings_store.h"
+#include "consult/consult_link.h"
+#include "consult/consult_session.h"
+#include "consult/port_selection.h"
+#include "consult/session_log.h"
+#include "sensors/byte_viewer_cells.h"
+#include "ui/status_panels.h"
+#include "voice/voice_gate.h"
+
+AppCore::AppCore(SettingsStore& store, SpeechOut& speech, QObject* parent)
+    : QObject(parent),
+      store_(store),
+      catalog_(store),
+      log_(std::make_unique<SessionLog>()),
+      panels_(std::make_unique<StatusPanels>()),
+      cells_(std::make_unique<ByteViewerCells>()),
+      voice_(std::make_unique<VoiceGate>(speech))
+{
+    link_ = std::make_unique<ConsultLink>(
+        [this](int port, QString* error) { return catalog_.makeTransport(port, error); });
+    session_ = std::make_unique<ConsultSession>(*link_, *log_, *panels_, *cells_, *voice_);
+    portSelection_ = std::make_unique<PortSelection>(*session_, store_, catalog_.source());
+}
+
+AppCore::~AppCore()
+{
+    shutdown();
+}
+
+void AppCore::start()
+{
+    portSelection_->restoreChecks();
+    log_->clear();
+    session_->setFaultCodeList(QString());
+    panels_->setText(1, QStringLiteral("Consult Port Disconnected"));
+    portSelection_->RefreshPortList();
+}
+
+void AppCore::shutdown()
+{
+    if (link_ && link_->PortOpen())
+        session_->ConnectDisconnect();
+}

@@ -1,0 +1,53 @@
+// The lasting objects of the main window, without any widget: the settings,
+// the Consult link and session, the port choice, the speech output and the
+// models the windows show. Tests build one with their own store, speech
+// recorder and device list.
+#pragma once
+
+#include "consult/port_catalog.h"
+
+#include <QObject>
+#include <memory>
+
+class SettingsStore;
+class SpeechOut;
+class ConsultLink;
+class ConsultSession;
+class PortSelection;
+class SessionLog;
+class StatusPanels;
+class ByteViewerCells;
+class VoiceGate;
+
+class AppCore : public QObject {
+    Q_OBJECT
+public:
+    AppCore(SettingsStore& store, SpeechOut& speech, QObject* parent = nullptr);
+    ~AppCore() override;
+
+    // Restores what the start-up reads and builds the port list.
+    void start();
+    // Closes the port the way a disconnect does, if it is open.
+    void shutdown();
+
+    SettingsStore& store() { return store_; }
+    PortCatalog& ports() { return catalog_; }
+    ConsultLink& link() { return *link_; }
+    ConsultSession& session() { return *session_; }
+    PortSelection& portSelection() { return *portSelection_; }
+    SessionLog& log() { return *log_; }
+    StatusPanels& panels() { return *panels_; }
+    ByteViewerCells& byteViewer() { return *cells_; }
+    VoiceGate& voice() { return *voice_; }
+
+private:
+    SettingsStore& store_;
+    PortCatalog catalog_;
+    std::unique_ptr<SessionLog> log_;
+    std::unique_ptr<StatusPanels> panels_;
+    std::unique_ptr<ByteViewerCells> cells_;
+    std::unique_ptr<VoiceGate> voice_;
+    std::unique_ptr<ConsultLink> link_;
+    std::unique_ptr<ConsultSession> session_;
+    std::unique_ptr<PortSelection> portSelection_;
+};

@@ -1,0 +1,363 @@
+#include "app/main_window.h"
+
+#include "app/app_core.h"
+#include "consult/consult_link.h"
+#include "consult/consult_session.h"
+#include "consult/interface_check_window.h"
+#include "consult/port_selection.h"
+#include "consult/session_log.h"
+#include "sensors/sensor_panel.h"
+#include "ui/message_box.h"
+#include "ui/status_panels.h"
+#include "voice/voice_gate.h"
+
+#include <QActionGroup>
+#include <QCloseEvent>
+#include <QDateTime>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStatusBar>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace {
+constexpr int px(int twips)
+{
+    return twips / MainWindow::kTwipsPerPixel;
+}
+
+// The client area at its fixed design height, with the service panel lying below it.
+class ClientArea : public QWidget {
+public:
+    ClientArea(QWidget* client, QWidget* service, QWidget* parent)
+        : QWidget(parent), client_(client), service_(service)
+    {
+        client_->setParent(this);
+        service_->setParent(this);
+        setMinimumSize(px(MainWindow::kClientWidthTwips) / 2, px(MainWindow::kClientHeightTwips) / 2);
+    }
+    QSize sizeHint() const override
+    {
+        return {px(MainWindow::kClientWidthTwips), px(MainWindow::kClientHeightTwips)};
+    }
+
+protected:
+    void resizeEvent(QResizeEvent*) override
+    {
+        const int h = px(MainWindow::kClientHeightTwips);
+        client_->setGeometry(0, 0, width(), h);
+        service_->setGeometry(0, h, width(), service_->sizeHint().height());
+    }
+
+private:
+    QWidget* client_;
+    QWidget* service_;
+};
+
+QLabel* valueLabel(const QString& name, const QString& text, QWidget* parent)
+{
+    auto* l = new QLabel(text, parent);
+    l->setObjectName(name);
+    l->setFrameShape(QFrame::StyledPanel);
+    l->setMinimumWidth(110);
+    QFont f = l->font();
+    f.setBold(true);
+    l->setFont(f);
+    l->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    return l;
+}
+}  // namespace
+
+MainWindow::MainWindow(AppCore& core, QWidget* parent)
+    : QMainWindow(parent), core_(core)
+{
+    setObjectName(QStringLiteral("MainWindow"));
+    setWindowTitle(QStringLiteral("Vexorin V2.5.1 (Tuning Edition)"));
+    buildMenus();
+    setCentralWidget(new ClientArea(buildClientArea(), buildServicePanel(), this));
+    buildStatusBar();
+    resize(px(13080), px(8040));
+    move(px(1140), px(375));
+
+    ConsultSession& s = core_.session();
+    connect(&s, &ConsultSession::labelsChanged, this, &MainWindow::refreshLabels);
+    connect(&s, &ConsultSession::message, this, [this](const QString& t) { MessageBoxes::information(this, t); });
+    PortSelection& ps = core_.portSelection();
+    connect(&ps, &PortSelection::rowsChanged, this, &MainWindow::refreshPortRows);
+    connect(&ps, &PortSelection::checksChanged, this, &MainWindow::refreshChecks);
+    connect(&ps, &PortSelection::message, this, [this](const QString& t) { MessageBoxes::information(this, t); });
+    connect(&ps, &PortSelection::errorBox, this,
+            [this](const QString& t, const QString& title) { MessageBoxes::critical(this, t, title); });
+    connect(&core_.log(), &SessionLog::messageAdded, this, [this] {
+        sessionLog_->setPlainText(QString(core_.log().text()).remove(QLatin1Char('\r')));
+        sessionLog_->verticalScrollBar()->setValue(sessionLog_->verticalScrollBar()->maximum());
+    });
+    connect(&core_.log(), &SessionLog::cleared, sessionLog_, &QPlainTextEdit::clear);
+    connect(&core_.panels(), &StatusPanels::changed, this, [this](int panel, const QString& text) {
+        panels_[panel - 1]->setText(text);
+    });
+    refreshLabels();
+    refreshPortRows();
+    refreshChecks();
+}
+
+MainWindow::~MainWindow() = default;
+
+QAction* MainWindow::action(const QString& objectName) const
+{
+    return findChild<QAction*>(objectName);
+}
+
+void MainWindow::buildMenus()
+{
+    auto add = [this](QMenu* menu, const char* name, const QString& caption, auto slot) {
+        QAction* a = menu->addAction(caption);
+        a->setObjectName(QString::fromLatin1(name));
+        connect(a, &QAction::triggered, this, slot);
+        return a;
+    };
+    ConsultSession& s = core_.session();
+    PortSelection& ps = core_.portSelection();
+
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    add(file, "Exit", tr("Exit"), [this] { close(); });
+
+    consultMenu_ = menuBar()->addMenu(tr("&Consult"));
+    consultMenu_->setObjectName(QStringLiteral("ConsultMenu"));
+    connectAction_ = add(consultMenu_, "ConnectDisconnect", QStringLiteral("Connect/Disconnect"),
+                         [&s] { s.ConnectDisconnect(); });
+    connectAction_->setCheckable(true);
+    portRowsStart_ = consultMenu_->addSeparator();
+    portRowsEnd_ = consultMenu_->addSeparator();
+    add(consultMenu_, "UpdatePortInfo", QStringLiteral("Update Port Information"),
+        [&ps] { ps.UpdatePortInformation(); });
+    add(consultMenu_, "CheckAvailableInterfaces", QStringLiteral("Check for Connected Interfaces and Conflicts"),
+        [this] { showInterfaceCheck(); });
+    QAction* usb = add(consultMenu_, "ChangeUSBPortSettings",
+                       QStringLiteral("Change USB Port and Latency Settings or Remove Device"), [] {});
+    QAction* devmgr = add(consultMenu_, "LaunchDeviceManager",
+                          QStringLiteral("Launch Microsoft Windows Device Manager"), [] {});
+    for (QAction* a : {usb, devmgr}) {
+        a->setEnabled(false);
+        a->setStatusTip(tr("Available on Windows only"));
+    }
+
+    QMenu* view = menuBar()->addMenu(tr("&View"));
+    QAction* all = add(view, "ViewAllSensors", QStringLiteral("View All Sensors"), [] {});
+    all->setCheckable(true);
+    all->setChecked(true);
+    QAction* large = add(view, "LargeSensorViewer", QStringLiteral("Large Sensor View"), [] {});
+    large->setCheckable(true);
+    add(view, "Dash", QStringLiteral("Dash"), [] {});
+    add(view, "ByteViewer", QStringLiteral("Byte Viewer"), [] {});
+
+    QMenu* voice = menuBar()->addMenu(tr("V&oice"));
+    QAction* voiceOn = add(voice, "VoiceOn", QStringLiteral("Voice On"), [this] {
+        core_.voice().setVoiceOnChecked(!core_.voice().voiceOnChecked());
+    });
+    voiceOn->setCheckable(true);
+    voiceOn->setChecked(core_.voice().voiceOnChecked());
+    connect(&core_.voice(), &VoiceGate::voiceOnChanged, voiceOn, &QAction::setChecked);
+    voiceMonitorAction_ = add(voice, "VoiceMonitor", QStringLiteral("Voice Monitor"), [] {});
+    voiceMonitorAction_->setCheckable(true);
+
+    QMenu* options = menuBar()->addMenu(tr("&Options"));
+    useConZultAction_ = add(options, "UseConZultInterface", QStringLiteral("Use ConZult Interface"),
+                            [&ps] { ps.ToggleUseConZultInterface(); });
+    useConZultAction_->setCheckable(true);
+    notifyPortsAction_ = add(options, "NotifyPorts", QStringLiteral("Notify When Selecting Ports"),
+                             [&ps] { ps.ToggleNotifyPorts(); });
+    notifyPortsAction_->setCheckable(true);
+
+    menuBar()->addMenu(tr("&Help"));
+}
+
+QWidget* MainWindow::buildClientArea()
+{
+    auto* client = new QWidget;
+    client->setObjectName(QStringLiteral("ClientArea"));
+    auto* grid = new QGridLayout(client);
+    sensorPanel_ = new SensorPanel(client);
+    grid->addWidget(sensorPanel_, 0, 0, 2, 1);
+    grid->addWidget(buildStatusBlock(), 0, 1);
+
+    auto* buttons = new QVBoxLayout;
+    ConsultSession& s = core_.session();
+    const struct {
+        const char* caption;
+        std::function<void()> action;
+    } mainButtons[] = {
+        {"Connect/Disconnect", [&s] { s.ConnectDisconnect(); }},
+        {"Monitor On/Off", [] {}},
+        {"Voice On/Off", [] {}},
+        {"Get Fault Codes", [] {}},
+        {"Clear Fault Codes", [] {}},
+    };
+    for (const auto& b : mainButtons) {
+        auto* button = new QPushButton(QString::fromLatin1(b.caption), client);
+        button->setObjectName(QString::fromLatin1(b.caption).remove(QLatin1Char(' ')).replace(QLatin1Char('/'), QLatin1Char('_')) + QStringLiteral("Button"));
+        connect(button, &QPushButton::clicked, this, b.action);
+        buttons->addWidget(button);
+    }
+    buttons->addStretch();
+    grid->addLayout(buttons, 1, 1);
+
+    auto* logBox = new QGroupBox(tr("Session Log"), client);
+    auto* logLayout = new QVBoxLayout(logBox);
+    sessionLog_ = new QPlainTextEdit(logBox);
+    sessionLog_->setObjectName(QStringLiteral("SessionLog"));
+    sessionLog_->setReadOnly(true);
+    sessionLog_->setMinimumHeight(60);
+    logLayout->addWidget(sessionLog_);
+    grid->addWidget(logBox, 0, 2, 2, 1);
+    grid->setColumnStretch(0, 5);
+    grid->setColumnStretch(2, 3);
+    return client;
+}
+
+QWidget* MainWindow::buildStatusBlock()
+{
+    auto* box = new QGroupBox(tr("Status"));
+    box->setObjectName(QStringLiteral("StatusBlock"));
+    auto* v = new QVBoxLayout(box);
+    v->setSpacing(1);
+    connectedLabel_ = valueLabel(QStringLiteral("ConnectedLabel"), QString(), box);
+    monitorLabel_ = valueLabel(QStringLiteral("MonitorSensorsOnLabel"), QString(), box);
+    voiceMonitorLabel_ = valueLabel(QStringLiteral("VoiceMonitorOnLabel"), QString(), box);
+    partNumberLabel_ = valueLabel(QStringLiteral("EcuPartNumberLabel"), QString(), box);
+    kValueLabel_ = valueLabel(QStringLiteral("KValueLabel"), QString(), box);
+    faultCodeList_ = valueLabel(QStringLiteral("FaultCodeList"), QString(), box);
+    const std::pair<const char*, QLabel*> rows[] = {
+        {"Status", connectedLabel_}, {"Sensors", monitorLabel_}, {"Voice Monitor", voiceMonitorLabel_},
+        {"ECU Part Number", partNumberLabel_}, {"K Value", kValueLabel_}, {"Fault Codes", faultCodeList_}};
+    for (const auto& [caption, label] : rows) {
+        auto* c = new QLabel(QString::fromLatin1(caption), box);
+        c->setBuddy(label);
+        v->addWidget(c);
+        v->addWidget(label);
+    }
+    return box;
+}
+
+QWidget* MainWindow::buildServicePanel()
+{
+    auto* panel = new QWidget;
+    panel->setObjectName(QStringLiteral("ServicePanel"));
+    auto* h = new QHBoxLayout(panel);
+    auto* timers = new QGroupBox(QStringLiteral("Timers and Switches"), panel);
+    auto* misc = new QGroupBox(QStringLiteral("Misc Items"), panel);
+    auto* tl = new QHBoxLayout(timers);
+    auto* ml = new QHBoxLayout(misc);
+    ConsultSession& s = core_.session();
+    const struct {
+        const char* caption;
+        void (ConsultSession::*action)();
+        QHBoxLayout* layout;
+    } buttons[] = {
+        {"Initialize", &ConsultSession::Initialize, tl},
+        {"Clear Buffer", &ConsultSession::ClearBuffer, tl},
+        {"Sensor Commands", &ConsultSession::SensorCommands, tl},
+        {"Stop Data Flow", &ConsultSession::StopDataFlow, ml},
+        {"Misc Command", &ConsultSession::MiscCommand, ml},
+        {"Command29", &ConsultSession::Command29, ml},
+    };
+    for (const auto& b : buttons) {
+        auto* button = new QPushButton(QString::fromLatin1(b.caption), panel);
+        button->setObjectName(QString::fromLatin1(b.caption).remove(QLatin1Char(' ')));
+        connect(button, &QPushButton::clicked, &s, b.action);
+        b.layout->addWidget(button);
+    }
+    h->addWidget(timers);
+    h->addWidget(misc);
+    return panel;
+}
+
+void MainWindow::buildStatusBar()
+{
+    QStatusBar* bar = statusBar();
+    for (int i = 0; i < 8; ++i) {
+        auto* l = new QLabel(this);
+        l->setObjectName(QStringLiteral("StatusPanel%1").arg(i + 1));
+        l->setFrameShape(QFrame::Panel);
+        l->setFrameShadow(QFrame::Sunken);
+        if (i < StatusPanels::kCount) {
+            l->setText(core_.panels().text(i + 1));
+            l->setToolTip(StatusPanels::toolTip(i + 1));
+        }
+        bar->addPermanentWidget(l, i < 6 ? 1 : 0);
+        panels_[i] = l;
+    }
+    auto* clock = new QTimer(this);
+    auto tick = [this] {
+        const QDateTime now = QDateTime::currentDateTime();
+        panels_[6]->setText(QLocale().toString(now.date(), QLocale::ShortFormat));
+        panels_[7]->setText(QLocale().toString(now.time(), QLocale::ShortFormat));
+    };
+    connect(clock, &QTimer::timeout, this, tick);
+    clock->start(1000);
+    tick();
+}
+
+void MainWindow::refreshLabels()
+{
+    const ConsultSession& s = core_.session();
+    connectedLabel_->setText(s.ConnectedLabel());
+    monitorLabel_->setText(s.MonitorSensorsOnLabel());
+    voiceMonitorLabel_->setText(s.VoiceMonitorOnLabel());
+    partNumberLabel_->setText(s.EcuPartNumberLabel());
+    kValueLabel_->setText(s.KValueLabel());
+    faultCodeList_->setText(s.FaultCodeList());
+    connectAction_->setChecked(s.connectDisconnectChecked());
+    voiceMonitorAction_->setChecked(s.voiceMonitorChecked());
+    const bool connected = s.ConnectedLabel() == QLatin1String("Connected");
+    connectedLabel_->setStyleSheet(connected ? QStringLiteral("color: #1a7f1a;") : QStringLiteral("color: #a01010;"));
+}
+
+void MainWindow::refreshPortRows()
+{
+    for (QAction* a : portRows_) {
+        consultMenu_->removeAction(a);
+        a->deleteLater();
+    }
+    portRows_.clear();
+    PortSelection& ps = core_.portSelection();
+    for (int row = 1; row <= ps.rowCount(); ++row) {
+        auto* a = new QAction(ps.rowCaption(row), consultMenu_);
+        a->setObjectName(QStringLiteral("portss%1").arg(row));
+        a->setCheckable(true);
+        a->setChecked(ps.rowChecked(row));
+        connect(a, &QAction::triggered, this, [&ps, row] { ps.PickPort(row); });
+        consultMenu_->insertAction(portRowsEnd_, a);
+        portRows_.append(a);
+    }
+}
+
+void MainWindow::refreshChecks()
+{
+    useConZultAction_->setChecked(core_.portSelection().useConZultChecked());
+    notifyPortsAction_->setChecked(core_.portSelection().notifyPortsChecked());
+}
+
+void MainWindow::showInterfaceCheck()
+{
+    if (!interfaceCheck_) {
+        interfaceCheck_ = new InterfaceCheckWindow(core_.ports().source(), this);
+        connect(interfaceCheck_, &InterfaceCheckWindow::errorBox, this,
+                [this](const QString& t, const QString& title) { MessageBoxes::critical(this, t, title); });
+    }
+    interfaceCheck_->reload();
+    interfaceCheck_->show();
+    interfaceCheck_->raise();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    core_.shutdown();
+    event->accept();
+}

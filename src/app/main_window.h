@@ -1,0 +1,64 @@
+// The main window of Vexorin: menus, the all-sensors panel, the status block,
+// the five main buttons, the session log, the status bar and, below the
+// client area, the service panel.
+#pragma once
+
+#include <QMainWindow>
+
+class AppCore;
+class QAction;
+class QLabel;
+class QMenu;
+class QPlainTextEdit;
+class QPushButton;
+class SensorPanel;
+class InterfaceCheckWindow;
+
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    static constexpr int kTwipsPerPixel = 15;
+    static constexpr int kClientWidthTwips = 12840;
+    static constexpr int kClientHeightTwips = 7200;
+
+    explicit MainWindow(AppCore& core, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    QAction* action(const QString& objectName) const;
+    QMenu* portMenu() const { return consultMenu_; }
+    InterfaceCheckWindow* interfaceCheckWindow() const { return interfaceCheck_; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void buildMenus();
+    QWidget* buildClientArea();
+    QWidget* buildStatusBlock();
+    QWidget* buildServicePanel();
+    void buildStatusBar();
+    void refreshLabels();
+    void refreshPortRows();
+    void refreshChecks();
+    void showInterfaceCheck();
+
+    AppCore& core_;
+    QMenu* consultMenu_ = nullptr;
+    QAction* portRowsStart_ = nullptr;
+    QAction* portRowsEnd_ = nullptr;
+    QList<QAction*> portRows_;
+    QAction* connectAction_ = nullptr;
+    QAction* useConZultAction_ = nullptr;
+    QAction* notifyPortsAction_ = nullptr;
+    QAction* voiceMonitorAction_ = nullptr;
+    QLabel* connectedLabel_ = nullptr;
+    QLabel* monitorLabel_ = nullptr;
+    QLabel* voiceMonitorLabel_ = nullptr;
+    QLabel* partNumberLabel_ = nullptr;
+    QLabel* kValueLabel_ = nullptr;
+    QLabel* faultCodeList_ = nullptr;
+    QLabel* panels_[8] = {};
+    QPlainTextEdit* sessionLog_ = nullptr;
+    SensorPanel* sensorPanel_ = nullptr;
+    InterfaceCheckWindow* interfaceCheck_ = nullptr;
+};

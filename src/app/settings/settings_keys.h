@@ -1,0 +1,86 @@
+// Every section and key of the settings store, in one place.
+// A default is the program's own value for a missing key; an empty default
+// means the program has none and the reader's rule for an empty value applies.
+#pragma once
+
+#include <QLatin1StringView>
+#include <array>
+
+struct SettingKey {
+    QLatin1StringView section;
+    QLatin1StringView key;
+    QLatin1StringView defaultValue;
+};
+
+namespace Settings {
+using L = QLatin1StringView;
+
+// Main window geometry, in twips.
+inline constexpr SettingKey WindowHeight{L("SetWindowSize"), L("Height"), L("8040")};
+inline constexpr SettingKey WindowWidth{L("SetWindowSize"), L("Width"), L("13080")};
+inline constexpr SettingKey WindowTop{L("SetWindowSize"), L("Top"), L("375")};
+inline constexpr SettingKey WindowLeft{L("SetWindowSize"), L("Left"), L("1140")};
+
+// Options menu.
+inline constexpr SettingKey StayOnTop{L("StayOnTop"), L("Setting"), L("")};
+inline constexpr SettingKey Mph{L("MPH"), L("Setting"), L("")};
+inline constexpr SettingKey Kph{L("KPH"), L("Setting"), L("")};
+inline constexpr SettingKey WindowsSeven{L("WindowsSeven"), L("Setting"), L("")};
+inline constexpr SettingKey WindowsXP{L("WindowsXP"), L("Setting"), L("")};
+
+// Consult port.
+inline constexpr SettingKey UseConZultInterface{L("UseConZultInterface"), L("Setting"), L("")};
+inline constexpr SettingKey NotifyPorts{L("NotifyPorts"), L("Setting"), L("")};
+inline constexpr SettingKey PortNumber{L("PortNumber"), L("Setting"), L("")};
+
+// Voice.
+inline constexpr SettingKey VoiceMonitorInterval{L("VoiceMonitorInterval"), L("Interval"), L("")};
+inline constexpr SettingKey VoiceType{L("VoiceType"), L("Type"), L("")};
+inline constexpr SettingKey VoiceOn{L("VoiceOn"), L("Setting"), L("")};
+inline constexpr SettingKey StartupAnnounce{L("StartupAnnounce"), L("Setting"), L("")};
+
+// Alerts.
+inline constexpr SettingKey SpeedAlertValue{L("SpeedAlert"), L("SpeedAlertValue"), L("")};
+inline constexpr SettingKey SpeedAlert{L("SpeedAlert"), L("SpeedAlert"), L("")};
+inline constexpr SettingKey SpeedAlertMessage{L("SpeedAlert"), L("SpeedAlertMessage"), L("")};
+inline constexpr SettingKey WaterAlertValue{L("WaterAlert"), L("WaterAlertValue"), L("")};
+inline constexpr SettingKey WaterAlert{L("WaterAlert"), L("Alert"), L("")};
+inline constexpr SettingKey WaterAlertMessage{L("WaterAlert"), L("WaterAlertMessage"), L("")};
+
+// Log capture.
+inline constexpr SettingKey LogFileName{L("LogFile"), L("FileName"), L("")};
+
+// Bar colours: the section is the bar's name.
+inline constexpr std::array<QLatin1StringView, 14> BarSections{
+    L("SPEEDbar"), L("RPMbar"), L("TPSbar"), L("MAFbar"), L("LO2bar"), L("RO2bar"), L("AFbar"),
+    L("INJECTORbar"), L("TIMINGbar"), L("IACVbar"), L("WATERbar"), L("FUELbar"), L("BATTERYbar"),
+    L("LargeSensorBar")};
+inline constexpr QLatin1StringView BackColorKey{"BackColor"};
+inline constexpr QLatin1StringView BarStartColorKey{"BarStartColor"};
+inline constexpr QLatin1StringView BarEndColorKey{"BarEndColor"};
+inline constexpr QLatin1StringView TextColorKey{"TextColor"};
+
+// Graph colours.
+inline constexpr SettingKey Graph1PointColor{L("Graph1PointColor"), L("PointColor"), L("")};
+inline constexpr SettingKey Graph1BarColor{L("Graph1BarColor"), L("BarColor"), L("")};
+
+// BIN File Downloader.
+inline constexpr QLatin1StringView DownloadBarSection{"bindownloadbar"};
+inline constexpr SettingKey MatrixTheme{L("MatrixTheme"), L("Setting"), L("")};
+
+// External sensors.
+inline constexpr SettingKey CaptionType{L("CaptionType"), L("Setting"), L("")};
+inline constexpr SettingKey ExternalPortNumber{L("ExternalPortNumber"), L("Setting"), L("")};
+inline constexpr SettingKey NotifySelected{L("NotifySelected"), L("Setting"), L("")};
+inline constexpr QLatin1StringView ExSensorSectionPrefix{"ExSensor"};          // ExSensor1..8, key Setting
+inline constexpr QLatin1StringView ExternalSensorSectionPrefix{"ExternalSensor"};  // ExternalSensor1..8, key Setting
+
+// Linux port discovery: extra device paths (any key, value = path) and the
+// remembered COM number of every path seen (key COMn, value = path).
+inline constexpr QLatin1StringView ExtraPortsSection{"ExtraPorts"};
+inline constexpr QLatin1StringView PortAssignmentsSection{"PortAssignments"};
+
+// Diagnostics: when set, every Consult exchange is written to this file.
+inline constexpr SettingKey RecordConsultSession{L("RecordConsult"), L("File"), L("")};
+
+}  // namespace Settings

@@ -1,0 +1,48 @@
+// What stands behind each port number on Linux: the serial devices the system
+// lists, the extra device paths of the settings (pseudo-terminals, Bluetooth
+// serial links) and the built-in simulated ECU. Every path keeps its COM
+// number from run to run, so captions end in "(COMn)" and a saved port number
+// finds the same device again.
+#pragma once
+
+#include "consult/dev_lister.h"
+
+#include <QList>
+#include <QString>
+#include <functional>
+
+class SettingsStore;
+class SerialTransport;
+
+struct SystemPort {
+    QString path;         // e.g. /dev/ttyUSB0
+    QString description;  // e.g. FT232R USB UART
+};
+
+class PortCatalog {
+public:
+    static constexpr int kMaxPorts = 16;
+    static const QString kSimulatorPath;
+    static const QString kSimulatorName;
+
+    explicit PortCatalog(SettingsStore& store);
+
+    // Replaces the system's serial device list (tests).
+    void setSystemPorts(std::function<QList<SystemPort>()> provider) { systemPorts_ = std::move(provider); }
+
+    // Rows in list order: system devices, extra paths, then the simulator.
+    QList<PlatformDevice> devices(bool presentOnly);
+    DeviceSource source();
+
+    // The remembered COM number of a path, assigning a free one on first sight (0 when all are taken).
+    int numberFor(const QString& path, const QStringList& presentPaths = {});
+    // The path behind a COM number, or empty.
+    QString pathFor(int number) const;
+
+    // Opens nothing: makes the device for a port number (null with a reason when there is none).
+    SerialTransport* makeTransport(int number, QString* error) const;
+
+private:
+    SettingsStore& store_;
+    std::function<QList<SystemPort>()> systemPorts_;
+};

@@ -1,0 +1,105 @@
+#include "consult/qt_serial_transport.h"
+
+#include <QDeadlineTimer>
+
+QtSerialTransport::QtSerialTransport(const QString& devicePath, QObject* parent)
+    : SerialTransport(parent)
+{
+    port_.setPortName(devicePath);
+    connect(&port_, &QSerialPort::readyRead, this, &SerialTransport::readyRead);
+    connect(&port_, &QSerialPort::errorOccurred, this, &QtSerialTransport::onError);
+}
+
+QtSerialTransport::~QtSerialTransport()
+{
+    close();
+}
+
+bool QtSerialTransport::open(QString* error)
+{
+    port_.setBaudRate(QSerialPort::Baud9600);
+    port_.setDataBits(QSerialPort::Data8);
+    port_.setParity(QSerialPort::NoParity);
+    port_.setStopBits(QSerialPort::OneStop);
+    port_.setFlowControl(QSerialPort::NoFlowControl);
+    if (!port_.open(QIODevice::ReadWrite)) {
+        if (error)
+            *error = port_.errorString();
+        return false;
+    }
+    port_.setDataTerminalReady(dtr_);
+    port_.clear();
+    return true;
+}
+
+void QtSerialTransport::close()
+{
+    if (port_.isOpen())
+        port_.close();
+}
+
+bool QtSerialTransport::isOpen() const
+{
+    return port_.isOpen();
+}
+
+qint64 QtSerialTransport::bytesAvailable()
+{
+    if (!port_.isOpen())
+        return 0;
+    // Picks up bytes the driver holds without waiting for the event loop.
+    port_.waitForReadyRead(0);
+    return port_.bytesAvailable();
+}
+
+QByteArray QtSerialTransport::readAll()
+{
+    return port_.isOpen() ? port_.readAll() : QByteArray();
+}
+
+void QtSerialTransport::clear()
+{
+    if (!port_.isOpen())
+        return;
+    port_.waitForReadyRead(0);
+    port_.readAll();
+    port_.clear(QSerialPort::Input);
+}
+
+void QtSerialTransport::write(const QByteArray& bytes)
+{
+    if (!port_.isOpen())
+        return;
+    port_.write(bytes);
+    port_.waitForBytesWritten(1000);
+}
+
+bool QtSerialTransport::waitForBytes(qint64 count, int timeoutMs)
+{
+    if (!port_.isOpen())
+        return false;
+    QDeadlineTimer deadline(timeoutMs);
+    while (port_.bytesAvailable() < count) {
+        const qint64 left = deadline.remainingTime();
+        if (left <= 0 || !port_.isOpen())
+            return port_.bytesAvailable() >= count;
+        port_.waitForReadyRead(int(left));
+    }
+    return true;
+}
+
+void QtSerialTransport::setDtr(bool on)
+{
+    dtr_ = on;
+    if (port_.isOpen())
+        port_.setDataTerminalReady(on);
+}
+
+void QtSerialTransport::onError(QSerialPort::SerialPortError error)
+{
+    if (error == QSerialPort::ResourceError && port_.isOpen()) {
+        const QString reason = port_.errorString();
+        port_.close();
+        emit lost(reason);
+    }
+}

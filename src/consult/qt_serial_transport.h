@@ -1,0 +1,29 @@
+// The real serial port.
+#pragma once
+
+#include "consult/serial_transport.h"
+
+#include <QSerialPort>
+
+class QtSerialTransport : public SerialTransport {
+    Q_OBJECT
+public:
+    explicit QtSerialTransport(const QString& devicePath, QObject* parent = nullptr);
+    ~QtSerialTransport() override;
+
+    bool open(QString* error) override;
+    void close() override;
+    bool isOpen() const override;
+    qint64 bytesAvailable() override;
+    QByteArray readAll() override;
+    void clear() override;
+    void write(const QByteArray& bytes) override;
+    bool waitForBytes(qint64 count, int timeoutMs) override;
+    void setDtr(bool on) override;
+
+private:
+    void onError(QSerialPort::SerialPortError error);
+
+    QSerialPort port_;
+    bool dtr_ = false;
+};

@@ -1,0 +1,142 @@
+#include "consult/recording_transport.h"
+
+#include <QDeadlineTimer>
+#include <QRegularExpression>
+
+QList<RecordedExchange> parseRecording(const QString& text)
+{
+    QList<RecordedExchange> out;
+    static const QRegularExpression hex(QStringLiteral("^[0-9a-fA-F]*$"));
+    for (QString line : text.split(QLatin1Char('\n'))) {
+        line = line.trimmed();
+        if (line.size() < 2 || (line[0] != QLatin1Char('W') && line[0] != QLatin1Char('R')) || line[1] != QLatin1Char(' '))
+            continue;
+        QString digits = line.mid(2);
+        digits.remove(QLatin1Char(' '));
+        if (digits.isEmpty() || digits.size() % 2 || !hex.match(digits).hasMatch())
+            continue;
+        out.append({line[0] == QLatin1Char('W') ? RecordedExchange::Write : RecordedExchange::Read,
+                    QByteArray::fromHex(digits.toLatin1())});
+    }
+    return out;
+}
+
+RecordingTransport::RecordingTransport(SerialTransport* inner, const QString& logFile, QObject* parent)
+    : SerialTransport(parent), inner_(inner), file_(logFile)
+{
+    inner_->setParent(this);
+    connect(inner_, &SerialTransport::readyRead, this, [this] {
+        drain();
+        emit readyRead();
+    });
+    connect(inner_, &SerialTransport::lost, this, [this](const QString& reason) {
+        line(QStringLiteral("# lost: ") + reason);
+        emit lost(reason);
+    });
+    file_.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text);
+}
+
+RecordingTransport::~RecordingTransport()
+{
+    flushWrites();
+}
+
+void RecordingTransport::line(const QString& text)
+{
+    if (!file_.isOpen())
+        return;
+    file_.write(text.toLatin1() + '\n');
+    file_.flush();
+}
+
+void RecordingTransport::flushWrites()
+{
+    if (pendingWrite_.isEmpty())
+        return;
+    line(QStringLiteral("W ") + QString::fromLatin1(pendingWrite_.toHex()));
+    pendingWrite_.clear();
+}
+
+void RecordingTransport::drain()
+{
+    const QByteArray fresh = inner_->readAll();
+    if (fresh.isEmpty())
+        return;
+    flushWrites();
+    line(QStringLiteral("R ") + QString::fromLatin1(fresh.toHex()));
+    buffer_ += fresh;
+}
+
+bool RecordingTransport::open(QString* error)
+{
+    const bool ok = inner_->open(error);
+    line(ok ? QStringLiteral("# open") : QStringLiteral("# open failed"));
+    return ok;
+}
+
+void RecordingTransport::close()
+{
+    flushWrites();
+    line(QStringLiteral("# close"));
+    buffer_.clear();
+    inner_->close();
+}
+
+bool RecordingTransport::isOpen() const
+{
+    return inner_->isOpen();
+}
+
+qint64 RecordingTransport::bytesAvailable()
+{
+    drain();
+    return buffer_.size();
+}
+
+QByteArray RecordingTransport::readAll()
+{
+    drain();
+    QByteArray out;
+    out.swap(buffer_);
+    return out;
+}
+
+void RecordingTransport::clear()
+{
+    drain();
+    buffer_.clear();
+    inner_->clear();
+}
+
+void RecordingTransport::write(const QByteArray& bytes)
+{
+    if (!inner_->isOpen())
+        return;
+    drain();
+    pendingWrite_ += bytes;
+    inner_->write(bytes);
+}
+
+bool RecordingTransport::waitForBytes(qint64 count, int timeoutMs)
+{
+    QDeadlineTimer deadline(timeoutMs);
+    drain();
+    while (buffer_.size() < count) {
+        const qint64 want = count - buffer_.size();
+        if (!inner_->waitForBytes(want, int(qMax<qint64>(0, deadline.remainingTime())))) {
+            drain();
+            if (buffer_.size() < count) {
+                flushWrites();
+                line(QStringLiteral("# timed out waiting for %1 bytes").arg(count));
+            }
+            return buffer_.size() >= count;
+        }
+        drain();
+    }
+    return true;
+}
+
+void RecordingTransport::setDtr(bool on)
+{
+    inner_->setDtr(on);
+}

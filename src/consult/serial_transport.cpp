@@ -1,0 +1,1 @@
+#include "consult/serial_transport.h"

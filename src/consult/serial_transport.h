@@ -1,0 +1,36 @@
+// One serial device under the Consult link: the real port, the in-process
+// simulator, a test double or a recorder around any of them.
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+class SerialTransport : public QObject {
+    Q_OBJECT
+public:
+    using QObject::QObject;
+    ~SerialTransport() override = default;
+
+    // Opens the device at 9600 baud, 8 data bits, no parity, 1 stop bit, no flow control.
+    virtual bool open(QString* error) = 0;
+    virtual void close() = 0;
+    virtual bool isOpen() const = 0;
+
+    // Bytes waiting to be read.
+    virtual qint64 bytesAvailable() = 0;
+    // Everything waiting, removed from the buffer.
+    virtual QByteArray readAll() = 0;
+    // Discards everything waiting.
+    virtual void clear() = 0;
+    virtual void write(const QByteArray& bytes) = 0;
+    // Blocks until at least `count` bytes wait or `timeoutMs` has passed; true when they wait.
+    virtual bool waitForBytes(qint64 count, int timeoutMs) = 0;
+    virtual void setDtr(bool on) = 0;
+
+signals:
+    // New bytes have arrived.
+    void readyRead();
+    // The device went away (unplugged) or failed for good while open.
+    void lost(const QString& reason);
+};

@@ -1,0 +1,39 @@
+#include "ui/message_box.h"
+
+#include <QMessageBox>
+
+namespace MessageBoxes {
+namespace {
+Presenter& presenter()
+{
+    static Presenter p;
+    return p;
+}
+
+void show(QWidget* parent, const QString& text, const QString& title, bool isCritical)
+{
+    if (presenter()) {
+        presenter()(text, title, isCritical);
+        return;
+    }
+    QMessageBox box(isCritical ? QMessageBox::Critical : QMessageBox::NoIcon, title, text, QMessageBox::Ok, parent);
+    box.exec();
+}
+}  // namespace
+
+void information(QWidget* parent, const QString& text)
+{
+    show(parent, text, QStringLiteral("Vexorin"), false);
+}
+
+void critical(QWidget* parent, const QString& text, const QString& title)
+{
+    show(parent, text, title, true);
+}
+
+void setPresenter(Presenter p)
+{
+    presenter() = std::move(p);
+}
+
+}  // namespace MessageBoxes

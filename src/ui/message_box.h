@@ -1,0 +1,21 @@
+// The message boxes of Vexorin: fixed text, one OK button. Tests replace the
+// presenter so that no box waits for a click.
+#pragma once
+
+#include <QString>
+#include <functional>
+
+class QWidget;
+
+namespace MessageBoxes {
+
+// Title "Vexorin", no icon.
+void information(QWidget* parent, const QString& text);
+// A title of its own and the critical icon.
+void critical(QWidget* parent, const QString& text, const QString& title);
+
+using Presenter = std::function<void(const QString& text, const QString& title, bool critical)>;
+// Replaces the boxes (an empty presenter restores them).
+void setPresenter(Presenter presenter);
+
+}  // namespace MessageBoxes

@@ -1,0 +1,222 @@
+#include "app/app_core.h"
+#include "app/main_window.h"
+#include "consult/consult_session.h"
+#include "consult/interface_check_window.h"
+#include "consult/port_catalog.h"
+#include "consult/port_selection.h"
+#include "temp_settings.h"
+#include "ui/message_box.h"
+#include "ui/status_panels.h"
+#include "voice/recording_speech_out.h"
+
+#include <QAction>
+#include <QDir>
+#include <QLabel>
+#include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTest>
+
+namespace {
+struct Window {
+    Window()
+        : core(*settings.store, speech)
+    {
+        core.ports().setSystemPorts([] { return QList<SystemPort>{{"/dev/ttyUSB0", "FT232R USB UART"}}; });
+        window = std::make_unique<MainWindow>(core);
+        core.start();
+    }
+    TempSettings settings;
+    RecordingSpeechOut speech;
+    AppCore core;
+    std::unique_ptr<MainWindow> window;
+
+    QString labelText(const char* name) const
+    {
+        auto* l = window->findChild<QLabel*>(QLatin1String(name));
+        return l ? l->text() : QStringLiteral("<missing>");
+    }
+    QPushButton* button(const QString& caption) const
+    {
+        for (auto* b : window->findChildren<QPushButton*>())
+            if (b->text() == caption)
+                return b;
+        return nullptr;
+    }
+};
+
+void saveShot(QWidget* w, const QString& name)
+{
+    const QByteArray dir = qgetenv("VEXORIN_SCREENSHOT_DIR");
+    if (dir.isEmpty())
+        return;
+    QDir().mkpath(QString::fromLocal8Bit(dir));
+    w->grab().save(QString::fromLocal8Bit(dir) + QLatin1Char('/') + name);
+}
+}  // namespace
+
+class MainWindowTest : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { MessageBoxes::setPresenter([this](const QString& t, const QString& title, bool) { boxes << title + ": " + t; }); }
+    void cleanup() { MessageBoxes::setPresenter({}); boxes.clear(); }
+    void titleStatusBlockAndButtons();
+    void statusBarPanels();
+    void menusHoldTheirItems();
+    void portRowsFollowTheListAndPick();
+    void servicePanelLiesBelowTheClientArea();
+    void connectsToTheSimulatorFromTheMenu();
+    void interfaceCheckWindowListsDevices();
+
+private:
+    QStringList boxes;
+};
+
+void MainWindowTest::titleStatusBlockAndButtons()
+{
+    Window w;
+    QCOMPARE(w.window->windowTitle(), QStringLiteral("Vexorin V2.5.1 (Tuning Edition)"));
+    QCOMPARE(w.labelText("ConnectedLabel"), QStringLiteral("Disconnected"));
+    QCOMPARE(w.labelText("MonitorSensorsOnLabel"), QStringLiteral("OFF"));
+    QCOMPARE(w.labelText("VoiceMonitorOnLabel"), QStringLiteral("OFF"));
+    QCOMPARE(w.labelText("EcuPartNumberLabel"), QStringLiteral("23710-xxxxx"));
+    QCOMPARE(w.labelText("KValueLabel"), QStringLiteral("000"));
+    QCOMPARE(w.labelText("FaultCodeList"), QString());
+    QStringList captions;
+    for (auto* l : w.window->findChildren<QLabel*>())
+        captions << l->text();
+    for (const char* c : {"Status", "Sensors", "Voice Monitor", "ECU Part Number", "K Value", "Fault Codes"})
+        QVERIFY2(captions.contains(QLatin1String(c)), c);
+    for (const char* b : {"Connect/Disconnect", "Monitor On/Off", "Voice On/Off", "Get Fault Codes", "Clear Fault Codes"}) {
+        QPushButton* button = w.button(QLatin1String(b));
+        QVERIFY2(button, b);
+        QCOMPARE(button->accessibleName().isEmpty() ? button->text() : button->accessibleName(), QLatin1String(b));
+    }
+    QVERIFY(w.window->findChild<QProgressBar*>(QStringLiteral("RPMbar")));
+    QCOMPARE(w.window->findChild<QProgressBar*>(QStringLiteral("RPMbar"))->maximum(), 7000);
+    QCOMPARE(w.labelText("RPMLabel"), QStringLiteral("0"));
+}
+
+void MainWindowTest::statusBarPanels()
+{
+    Window w;
+    for (int i = 1; i <= 6; ++i) {
+        auto* p = w.window->findChild<QLabel*>(QStringLiteral("StatusPanel%1").arg(i));
+        QVERIFY(p);
+        QCOMPARE(p->toolTip(), StatusPanels::toolTip(i));
+    }
+    QCOMPARE(w.labelText("StatusPanel1"), QStringLiteral("Consult Port Disconnected"));
+    QCOMPARE(w.labelText("StatusPanel3"), QStringLiteral("Standby"));
+    QCOMPARE(w.labelText("StatusPanel4"), QStringLiteral("External Port Disconnected"));
+    QCOMPARE(w.labelText("StatusPanel5"), QStringLiteral("External Port 0"));
+    QVERIFY(!w.labelText("StatusPanel7").isEmpty());  // date
+    QVERIFY(!w.labelText("StatusPanel8").isEmpty());  // time
+}
+
+void MainWindowTest::menusHoldTheirItems()
+{
+    Window w;
+    const std::pair<const char*, const char*> items[] = {
+        {"ConnectDisconnect", "Connect/Disconnect"},
+        {"UpdatePortInfo", "Update Port Information"},
+        {"CheckAvailableInterfaces", "Check for Connected Interfaces and Conflicts"},
+        {"ChangeUSBPortSettings", "Change USB Port and Latency Settings or Remove Device"},
+        {"LaunchDeviceManager", "Launch Microsoft Windows Device Manager"},
+        {"UseConZultInterface", "Use ConZult Interface"},
+        {"NotifyPorts", "Notify When Selecting Ports"},
+        {"ViewAllSensors", "View All Sensors"},
+        {"LargeSensorViewer", "Large Sensor View"},
+        {"Dash", "Dash"},
+        {"ByteViewer", "Byte Viewer"},
+        {"VoiceOn", "Voice On"},
+    };
+    for (const auto& [name, caption] : items) {
+        QAction* a = w.window->action(QLatin1String(name));
+        QVERIFY2(a, name);
+        QCOMPARE(a->text(), QLatin1String(caption));
+    }
+    QVERIFY(w.window->action(QStringLiteral("VoiceOn"))->isChecked());
+    QCOMPARE(w.window->portMenu()->title().remove(QLatin1Char('&')), QStringLiteral("Consult"));
+    w.window->action(QStringLiteral("NotifyPorts"))->trigger();
+    QCOMPARE(w.settings.store->ReadSetting(QStringLiteral("NotifyPorts"), QStringLiteral("Setting")), QStringLiteral("True"));
+    QVERIFY(w.window->action(QStringLiteral("NotifyPorts"))->isChecked());
+}
+
+void MainWindowTest::portRowsFollowTheListAndPick()
+{
+    Window w;
+    QAction* usb = w.window->action(QStringLiteral("portss1"));
+    QAction* sim = w.window->action(QStringLiteral("portss2"));
+    QVERIFY(usb && sim);
+    QCOMPARE(usb->text(), QStringLiteral("FT232R USB UART - /dev/ttyUSB0 (COM1)"));
+    QCOMPARE(sim->text(), QStringLiteral("Vexorin ECU Simulator (COM2)"));
+    // First run: every row checked, the last one in use.
+    QVERIFY(usb->isChecked() && sim->isChecked());
+    QCOMPARE(w.labelText("StatusPanel2"), QStringLiteral("Consult Port 2"));
+    w.window->action(QStringLiteral("portss1"))->trigger();
+    QCOMPARE(w.labelText("StatusPanel2"), QStringLiteral("Consult Port 1"));
+    QVERIFY(w.window->action(QStringLiteral("portss1"))->isChecked());
+    QVERIFY(!w.window->action(QStringLiteral("portss2"))->isChecked());
+    QCOMPARE(w.settings.store->ReadSetting(QStringLiteral("PortNumber"), QStringLiteral("Setting")), QStringLiteral("1"));
+}
+
+void MainWindowTest::servicePanelLiesBelowTheClientArea()
+{
+    Window w;
+    w.window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(w.window.get()));
+    auto* service = w.window->findChild<QWidget*>(QStringLiteral("ServicePanel"));
+    QVERIFY(service);
+    QCOMPARE(service->y(), MainWindow::kClientHeightTwips / MainWindow::kTwipsPerPixel);
+    for (const char* b : {"Initialize", "Clear Buffer", "Sensor Commands", "Stop Data Flow", "Misc Command", "Command29"})
+        QVERIFY2(w.button(QLatin1String(b)), b);
+    // Out of sight at the design size.
+    QVERIFY(service->mapTo(w.window.get(), QPoint(0, 0)).y() + 5 > w.window->centralWidget()->height()
+            || service->y() >= 480);
+}
+
+void MainWindowTest::connectsToTheSimulatorFromTheMenu()
+{
+    Window w;
+    w.window->show();
+    w.window->action(QStringLiteral("portss2"))->trigger();  // the simulator
+    w.window->action(QStringLiteral("ConnectDisconnect"))->trigger();
+    QTRY_COMPARE(w.labelText("ConnectedLabel"), QStringLiteral("Connected"));
+    QVERIFY(w.window->action(QStringLiteral("ConnectDisconnect"))->isChecked());
+    w.core.session().GetSerialNumberKValueTick();
+    w.core.session().GetSerialNumberKValueTick();
+    QVERIFY(w.labelText("EcuPartNumberLabel").startsWith(QStringLiteral("23710 - ")));
+    QVERIFY(w.labelText("KValueLabel") != QStringLiteral("000"));
+    QCOMPARE(w.labelText("StatusPanel1"), QStringLiteral("Consult Port Connected"));
+    auto* log = w.window->findChild<QPlainTextEdit*>(QStringLiteral("SessionLog"));
+    QVERIFY(log->toPlainText().contains(QStringLiteral(": Consult Port Connected.")));
+    saveShot(w.window.get(), QStringLiteral("main-window.png"));
+    w.button(QStringLiteral("Connect/Disconnect"))->click();
+    QCOMPARE(w.labelText("ConnectedLabel"), QStringLiteral("Disconnected"));
+    QVERIFY(boxes.isEmpty());
+}
+
+void MainWindowTest::interfaceCheckWindowListsDevices()
+{
+    Window w;
+    w.window->action(QStringLiteral("CheckAvailableInterfaces"))->trigger();
+    InterfaceCheckWindow* check = w.window->interfaceCheckWindow();
+    QVERIFY(check);
+    QVERIFY(check->isVisible());
+    QCOMPARE(check->windowTitle(), QStringLiteral("Vexorin Interface Check"));
+    QCOMPARE(check->lines(), (QStringList{QStringLiteral("FT232R USB UART - /dev/ttyUSB0 (COM1)\r\n"),
+                                          QStringLiteral("Vexorin ECU Simulator (COM2)\r\n")}));
+    QStringList texts;
+    for (auto* l : check->findChildren<QLabel*>())
+        texts << l->text();
+    QCOMPARE(texts.count(QStringLiteral("Note: ")), 3);
+    QVERIFY(texts.contains(QStringLiteral("Connected Interfaces")));
+    QVERIFY(texts.contains(QStringLiteral("The DLP-IO8-G Interface will be displayed as \"USB  Serial Port (COMx)\".")));
+    saveShot(check, QStringLiteral("interface-check.png"));
+}
+
+QTEST_MAIN(MainWindowTest)
+#include "main_window_test.moc"

@@ -1,0 +1,143 @@
+// End to end: the standalone simulator on a pseudo-terminal, listed through
+// the ExtraPorts settings, reached through the real serial port.
+#include "app/app_core.h"
+#include "app/main_window.h"
+#include "consult/consult_link.h"
+#include "consult/consult_session.h"
+#include "consult/port_selection.h"
+#include "consult/session_log.h"
+#include "consult/wire.h"
+#include "sim/ecu_simulator.h"
+#include "sim_process.h"
+#include "temp_settings.h"
+#include "ui/message_box.h"
+#include "ui/status_panels.h"
+#include "voice/recording_speech_out.h"
+
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace {
+int pickRowOf(PortSelection& ports, const QString& path)
+{
+    for (int row = 1; row <= ports.rowCount(); ++row)
+        if (ports.rowCaption(row).contains(path)) {
+            ports.PickPort(row);
+            return row;
+        }
+    return 0;
+}
+
+int expectedKValue()
+{
+    const auto rom = vexorin::sim::makeSyntheticRom();
+    return vexorin::consult::kValueFromBytes(rom[0xFF2B - 0x8000], rom[0xFF2C - 0x8000]);
+}
+}  // namespace
+
+class PtySessionTest : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { MessageBoxes::setPresenter([this](const QString& t, const QString&, bool) { boxes << t; }); }
+    void cleanup() { MessageBoxes::setPresenter({}); boxes.clear(); }
+    void connectsAndIdentifiesThroughSerialPort();
+    void silentEcuTimesOutAndWindowStaysUsable();
+    void closedPtyGivesMessage();
+
+private:
+    QStringList boxes;
+};
+
+void PtySessionTest::connectsAndIdentifiesThroughSerialPort()
+{
+    SimProcess sim({QStringLiteral("--part-number"), QStringLiteral("30P00")});
+    QVERIFY2(!sim.path().isEmpty(), "the simulator did not print its pseudo-terminal");
+    TempSettings settings;
+    settings.store->WriteSetting(QStringLiteral("ExtraPorts"), QStringLiteral("sim"), sim.path());
+    RecordingSpeechOut speech;
+    AppCore core(*settings.store, speech);
+    core.start();
+    QVERIFY(pickRowOf(core.portSelection(), sim.path()) > 0);
+
+    core.session().ConnectDisconnect();
+    QVERIFY(core.link().PortOpen());
+    QTRY_COMPARE_WITH_TIMEOUT(core.session().ConnectedLabel(), QStringLiteral("Connected"), 5000);
+    QTRY_COMPARE_WITH_TIMEOUT(core.session().EcuPartNumberLabel(), QStringLiteral("23710 - 30P00"), 5000);
+    QTRY_COMPARE_WITH_TIMEOUT(core.session().KValueLabel(), QString::number(expectedKValue()), 5000);
+    QVERIFY(!core.session().GetSerialNumberKValue.isActive());
+    QCOMPARE(core.panels().text(1), QStringLiteral("Consult Port Connected"));
+    QVERIFY(speech.spoken().contains(QStringLiteral("Consult port connected.")));
+
+    core.session().ConnectDisconnect();
+    QCOMPARE(core.session().ConnectedLabel(), QStringLiteral("Disconnected"));
+    QCOMPARE(core.log().messages().last(), QStringLiteral(": Consult Port Disconnected."));
+
+    // The chosen port is found again at the next start.
+    AppCore next(*settings.store, speech);
+    next.start();
+    QCOMPARE(next.link().CommPort(), core.link().CommPort());
+}
+
+void PtySessionTest::silentEcuTimesOutAndWindowStaysUsable()
+{
+    SimProcess sim;
+    QVERIFY(!sim.path().isEmpty());
+    TempSettings settings;
+    settings.store->WriteSetting(QStringLiteral("ExtraPorts"), QStringLiteral("sim"), sim.path());
+    RecordingSpeechOut speech;
+    AppCore core(*settings.store, speech);
+    MainWindow window(core);
+    core.start();
+    window.show();
+    QVERIFY(pickRowOf(core.portSelection(), sim.path()) > 0);
+
+    auto* connectButton = window.findChild<QPushButton*>(QStringLiteral("Connect_DisconnectButton"));
+    QVERIFY(connectButton);
+    connectButton->click();
+    QTRY_COMPARE_WITH_TIMEOUT(core.session().ConnectedLabel(), QStringLiteral("Connected"), 5000);
+    core.session().GetSerialNumberKValue.stop();
+    sim.command("silent on");
+    QTest::qWait(100);
+
+    QElapsedTimer clock;
+    clock.start();
+    core.session().GetSerialNumberKValueTick();  // the part number read waits in vain
+    const qint64 waited = clock.elapsed();
+    QVERIFY2(waited >= ConsultLink::kReplyTimeoutMs - 100 && waited < ConsultLink::kReplyTimeoutMs + 1500,
+             qPrintable(QString::number(waited)));
+    QCOMPARE(core.log().messages().last(), QStringLiteral(": No reply from the ECU within 2 seconds; request abandoned."));
+    QCOMPARE(core.session().EcuPartNumberLabel(), QStringLiteral("23710-xxxxx"));
+    auto* log = window.findChild<QPlainTextEdit*>(QStringLiteral("SessionLog"));
+    QVERIFY(log->toPlainText().contains(QStringLiteral("request abandoned")));
+
+    // The window still answers: disconnect with the button.
+    connectButton->click();
+    QCOMPARE(core.session().ConnectedLabel(), QStringLiteral("Disconnected"));
+    QVERIFY(!core.link().PortOpen());
+    QVERIFY(boxes.isEmpty());
+}
+
+void PtySessionTest::closedPtyGivesMessage()
+{
+    TempSettings settings;
+    settings.store->WriteSetting(QStringLiteral("ExtraPorts"), QStringLiteral("gone"), QStringLiteral("/dev/pts/vexorin-none"));
+    RecordingSpeechOut speech;
+    AppCore core(*settings.store, speech);
+    core.start();
+    QVERIFY(pickRowOf(core.portSelection(), QStringLiteral("/dev/pts/vexorin-none")) > 0);
+    QSignalSpy boxSpy(&core.session(), &ConsultSession::message);
+    core.session().ConnectDisconnect();
+    QVERIFY(!core.link().PortOpen());
+    QCOMPARE(boxSpy.count(), 1);
+    QCOMPARE(boxSpy.at(0).at(0).toString(),
+             QStringLiteral("Consult interface not connected or port not selected/available."));
+    QCOMPARE(core.session().PortAvailableSwitch, QStringLiteral("0"));
+    QCOMPARE(core.panels().text(1), QStringLiteral("Consult Port Disconnected"));
+    QVERIFY(core.log().messages().last().contains(QStringLiteral("/dev/pts/vexorin-none")) ||
+            core.log().messages().last().startsWith(QStringLiteral(": Could not open Consult port")));
+}
+
+QTEST_MAIN(PtySessionTest)
+#include "pty_session_test.moc"
