@@ -82,7 +82,9 @@ MainWindow::MainWindow(AppCore& core, QWidget* parent)
     buildMenus();
     setCentralWidget(new ClientArea(buildClientArea(), buildServicePanel(), this));
     buildStatusBar();
-    resize(px(13080), px(8040));
+    // The design size: a client area of 12840 by 7200 twips below the menu and above the status bar.
+    resize(px(kClientWidthTwips),
+           px(kClientHeightTwips) + menuBar()->sizeHint().height() + statusBar()->sizeHint().height());
     move(px(1140), px(375));
 
     ConsultSession& s = core_.session();
@@ -223,7 +225,7 @@ QWidget* MainWindow::buildClientArea()
 
 QWidget* MainWindow::buildStatusBlock()
 {
-    auto* box = new QGroupBox(tr("Status"));
+    auto* box = new QGroupBox;
     box->setObjectName(QStringLiteral("StatusBlock"));
     auto* v = new QVBoxLayout(box);
     v->setSpacing(1);
@@ -321,20 +323,25 @@ void MainWindow::refreshLabels()
 
 void MainWindow::refreshPortRows()
 {
-    for (QAction* a : portRows_) {
+    PortSelection& ps = core_.portSelection();
+    while (portRows_.size() > ps.rowCount()) {
+        QAction* a = portRows_.takeLast();
         consultMenu_->removeAction(a);
+        a->setObjectName(QString());
         a->deleteLater();
     }
-    portRows_.clear();
-    PortSelection& ps = core_.portSelection();
-    for (int row = 1; row <= ps.rowCount(); ++row) {
-        auto* a = new QAction(ps.rowCaption(row), consultMenu_);
+    while (portRows_.size() < ps.rowCount()) {
+        const int row = int(portRows_.size()) + 1;
+        auto* a = new QAction(consultMenu_);
         a->setObjectName(QStringLiteral("portss%1").arg(row));
         a->setCheckable(true);
-        a->setChecked(ps.rowChecked(row));
         connect(a, &QAction::triggered, this, [&ps, row] { ps.PickPort(row); });
         consultMenu_->insertAction(portRowsEnd_, a);
         portRows_.append(a);
+    }
+    for (int row = 1; row <= ps.rowCount(); ++row) {
+        portRows_[row - 1]->setText(ps.rowCaption(row));
+        portRows_[row - 1]->setChecked(ps.rowChecked(row));
     }
 }
 

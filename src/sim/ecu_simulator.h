@@ -40,6 +40,18 @@
 
 namespace vexorin::sim {
 
+// Faults can be switched at any time.
+//  - silent: the ECU is as good as unplugged. Nothing goes out, not even the
+//    handshake reply, and what comes in is not heard either; what was queued
+//    is dropped. A stream that was running goes on once silent is off again.
+//  - halfReply: the echoes of a request are held back until the request is
+//    complete (its F0, or the end of a C1 or 0A command); then only the first
+//    half of them goes out, and only the first half of the first frame. After
+//    that the stream sends nothing until a stop. The one-byte replies to the
+//    handshake (10) and to a stop (CF) still come whole, so that the session
+//    can be opened and a stream ended. Applies from the next request on.
+//  - corruptEcho: every echo byte (including FE) comes back XOR 0xFF; frames,
+//    10 and CF are unchanged. Applies to echoes made after it is switched on.
 struct SimFaults {
     bool silent = false;       // answer nothing at all
     bool halfReply = false;    // every reply stops halfway: frames are cut and the stream dries up

@@ -16,6 +16,7 @@
 
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSerialPort>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -45,6 +46,8 @@ private slots:
     void connectsAndIdentifiesThroughSerialPort();
     void silentEcuTimesOutAndWindowStaysUsable();
     void closedPtyGivesMessage();
+    void portInUseGivesMessage();
+    void pulledOutWhileConnectedDisconnects();
 
 private:
     QStringList boxes;
@@ -137,6 +140,51 @@ void PtySessionTest::closedPtyGivesMessage()
     QCOMPARE(core.panels().text(1), QStringLiteral("Consult Port Disconnected"));
     QVERIFY(core.log().messages().last().contains(QStringLiteral("/dev/pts/vexorin-none")) ||
             core.log().messages().last().startsWith(QStringLiteral(": Could not open Consult port")));
+}
+
+void PtySessionTest::portInUseGivesMessage()
+{
+    SimProcess sim;
+    QVERIFY(!sim.path().isEmpty());
+    QSerialPort other(sim.path());
+    QVERIFY(other.open(QIODevice::ReadWrite));
+    TempSettings settings;
+    settings.store->WriteSetting(QStringLiteral("ExtraPorts"), QStringLiteral("sim"), sim.path());
+    RecordingSpeechOut speech;
+    AppCore core(*settings.store, speech);
+    core.start();
+    QVERIFY(pickRowOf(core.portSelection(), sim.path()) > 0);
+    QSignalSpy boxSpy(&core.session(), &ConsultSession::message);
+    core.session().ConnectDisconnect();
+    QCOMPARE(boxSpy.count(), 1);
+    QVERIFY(!core.link().PortOpen());
+    QCOMPARE(core.session().PortAvailableSwitch, QStringLiteral("0"));
+}
+
+void PtySessionTest::pulledOutWhileConnectedDisconnects()
+{
+    SimProcess sim;
+    QVERIFY(!sim.path().isEmpty());
+    TempSettings settings;
+    settings.store->WriteSetting(QStringLiteral("ExtraPorts"), QStringLiteral("sim"), sim.path());
+    RecordingSpeechOut speech;
+    AppCore core(*settings.store, speech);
+    core.start();
+    QVERIFY(pickRowOf(core.portSelection(), sim.path()) > 0);
+    core.session().ConnectDisconnect();
+    QTRY_COMPARE_WITH_TIMEOUT(core.session().ConnectedLabel(), QStringLiteral("Connected"), 5000);
+    core.session().GetSerialNumberKValue.stop();
+
+    sim.stop();
+    // The next read finds the device gone: the cycle ends at once or by its time-out.
+    core.session().ReadECUSerialNumber();
+    QTRY_VERIFY_WITH_TIMEOUT(!core.link().PortOpen(), 5000);
+    QTRY_COMPARE_WITH_TIMEOUT(core.session().ConnectedLabel(), QStringLiteral("Disconnected"), 5000);
+    bool lostLine = false;
+    for (const QString& m : core.log().messages())
+        lostLine = lostLine || m.startsWith(QStringLiteral(": Consult port lost ("));
+    QVERIFY2(lostLine, qPrintable(core.log().messages().join(QLatin1Char('|'))));
+    QCOMPARE(core.panels().text(1), QStringLiteral("Consult Port Disconnected"));
 }
 
 QTEST_MAIN(PtySessionTest)

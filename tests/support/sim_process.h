@@ -25,8 +25,13 @@ public:
         if (line.startsWith("PTY "))
             path_ = QString::fromLocal8Bit(line.mid(4));
     }
-    ~SimProcess()
+    ~SimProcess() { stop(); }
+
+    // Ends the simulator: its pseudo-terminal goes away as an unplugged cable would.
+    void stop()
     {
+        if (process_.state() == QProcess::NotRunning)
+            return;
         process_.terminate();
         if (!process_.waitForFinished(3000))
             process_.kill();

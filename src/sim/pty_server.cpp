@@ -1,0 +1,252 @@
+#include "sim/pty_server.h"
+
+#include "sim/pty_link.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <poll.h>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace vexorin::sim {
+
+namespace {
+
+const char* phaseName(EnginePhase p)
+{
+    switch (p) {
+    case EnginePhase::Off: return "off";
+    case EnginePhase::Idle: return "idle";
+    case EnginePhase::Rev: return "rev";
+    case EnginePhase::Drive: return "drive";
+    }
+    return "?";
+}
+
+void logBytes(std::FILE* log, const char* dir, const std::uint8_t* b, std::size_t n)
+{
+    std::fprintf(log, "%s", dir);
+    for (std::size_t i = 0; i < n; ++i)
+        std::fprintf(log, " %02X", b[i]);
+    std::fprintf(log, "\n");
+}
+
+class Server {
+public:
+    Server(const ToolOptions& o, const ServerIo& io) : opts_(o), io_(io), sim_(o.seed), pace_(o.pace)
+    {
+        sim_.setFaults(o.faults);
+        if (!o.partNumber.empty())
+            sim_.setPartNumber(o.partNumber);
+        if (o.faultCodesGiven)
+            sim_.setFaultCodes(o.faultCodes);
+    }
+
+    int run(const volatile std::sig_atomic_t& stop);
+
+private:
+    void readPty();
+    void readCommands();
+    bool consoleReadable() const;
+    void command(const std::string& line);
+    void pump(double elapsedMs);
+    void status();
+
+    ToolOptions opts_;
+    ServerIo io_;
+    EcuSimulator sim_;
+    PtyLink pty_;
+    bool pace_;
+    bool quit_ = false;
+    bool commandsOpen_ = true;
+    std::string lineBuf_;
+    std::vector<std::uint8_t> outBuf_;
+    std::size_t outPos_ = 0;
+    double credit_ = 0;
+};
+
+int Server::run(const volatile std::sig_atomic_t& stop)
+{
+    std::string error;
+    if (!pty_.open(&error)) {
+        std::fprintf(io_.log, "vexorin-ecu-sim: cannot open a pseudo-terminal: %s\n", error.c_str());
+        return 1;
+    }
+    const std::string slave = pty_.slavePath();
+    if (!opts_.linkPath.empty() && !createLink(opts_.linkPath, slave, &error)) {
+        std::fprintf(io_.log, "vexorin-ecu-sim: %s\n", error.c_str());
+        return 1;
+    }
+    std::fprintf(io_.out, "PTY %s\n", slave.c_str());
+    std::fflush(io_.out);
+    std::fprintf(io_.log, "vexorin-ecu-sim: ECU on %s%s%s, seed %u, part number %s%s\n", slave.c_str(),
+                 opts_.linkPath.empty() ? "" : " via ", opts_.linkPath.c_str(), opts_.seed,
+                 sim_.partNumber().c_str(), pace_ ? ", paced" : "");
+    std::fflush(io_.log);
+
+    using Clock = std::chrono::steady_clock;
+    auto last = Clock::now();
+    double carryMs = 0;
+    while (stop == 0 && !quit_) {
+        const bool busy = sim_.streaming() || sim_.pending() > 0 || outPos_ < outBuf_.size();
+        pollfd fds[2] = {{pty_.masterFd(), POLLIN, 0}, {io_.commandFd, POLLIN, 0}};
+        const nfds_t n = consoleReadable() ? 2 : 1;
+        const int r = ::poll(fds, n, busy ? 1 : 10);
+        if (r < 0 && errno != EINTR) {
+            std::fprintf(io_.log, "vexorin-ecu-sim: poll: %s\n", std::strerror(errno));
+            break;
+        }
+
+        const auto now = Clock::now();
+        const double elapsedMs = std::chrono::duration<double, std::milli>(now - last).count();
+        last = now;
+        carryMs += elapsedMs;
+        const int wholeMs = int(std::min(carryMs, 60000.0));
+        if (wholeMs > 0) {
+            sim_.advance(wholeMs);
+            carryMs -= wholeMs;
+        }
+
+        // Console commands first: a switch typed before the PC's bytes arrived applies to them.
+        if (n == 2 && r > 0 && (fds[1].revents & (POLLIN | POLLHUP | POLLERR)) != 0)
+            readCommands();
+        if (r > 0 && (fds[0].revents & POLLIN) != 0)
+            readPty();
+        else if (r > 0 && (fds[0].revents & (POLLHUP | POLLERR)) != 0)
+            ::usleep(1000);   // nobody on the other side; do not spin
+        pump(elapsedMs);
+    }
+
+    if (!opts_.linkPath.empty())
+        removeLink(opts_.linkPath, slave);
+    pty_.close();
+    std::fprintf(io_.log, "vexorin-ecu-sim: stopped\n");
+    return 0;
+}
+
+void Server::readPty()
+{
+    std::uint8_t buf[512];
+    for (;;) {
+        const long n = pty_.read(buf, sizeof buf);
+        if (n <= 0)
+            return;
+        if (opts_.verbose)
+            logBytes(io_.log, "pc ->", buf, std::size_t(n));
+        sim_.receive(buf, std::size_t(n));
+    }
+}
+
+bool Server::consoleReadable() const
+{
+    if (!commandsOpen_ || io_.commandFd < 0)
+        return false;
+    // A terminal is read only while the tool runs in the foreground; started
+    // in the background of a shell it would otherwise be stopped (SIGTTIN).
+    if (::isatty(io_.commandFd) == 1) {
+        const pid_t fg = ::tcgetpgrp(io_.commandFd);
+        return fg < 0 || fg == ::getpgrp();
+    }
+    return true;
+}
+
+void Server::readCommands()
+{
+    char buf[256];
+    const ssize_t n = ::read(io_.commandFd, buf, sizeof buf);
+    if (n < 0 && errno == EIO && ::isatty(io_.commandFd) == 1)
+        return;   // a background read of the terminal; try again in the foreground
+    if (n == 0 || (n < 0 && errno != EINTR && errno != EAGAIN)) {
+        commandsOpen_ = false;   // keep running without a console
+        return;
+    }
+    if (n < 0)
+        return;
+    lineBuf_.append(buf, std::size_t(n));
+    std::size_t nl;
+    while ((nl = lineBuf_.find('\n')) != std::string::npos) {
+        const std::string line = lineBuf_.substr(0, nl);
+        lineBuf_.erase(0, nl + 1);
+        command(line);
+    }
+    if (lineBuf_.size() > 4096)
+        lineBuf_.clear();
+}
+
+void Server::command(const std::string& line)
+{
+    const ConsoleCommand c = parseConsoleCommand(line);
+    SimFaults f = sim_.faults();
+    switch (c.kind) {
+    case ConsoleCommand::Kind::Empty:
+        return;
+    case ConsoleCommand::Kind::Invalid:
+        std::fprintf(io_.log, "error: %s\n%s", c.error.c_str(), consoleHelp().c_str());
+        std::fflush(io_.log);
+        return;
+    case ConsoleCommand::Kind::Silent: f.silent = c.on; sim_.setFaults(f); break;
+    case ConsoleCommand::Kind::Half: f.halfReply = c.on; sim_.setFaults(f); break;
+    case ConsoleCommand::Kind::Corrupt: f.corruptEcho = c.on; sim_.setFaults(f); break;
+    case ConsoleCommand::Kind::Pace: pace_ = c.on; credit_ = 0; break;
+    case ConsoleCommand::Kind::Phase:
+        if (c.autoPhase)
+            sim_.releasePhase();
+        else
+            sim_.forcePhase(c.phase);
+        break;
+    case ConsoleCommand::Kind::Faults: sim_.setFaultCodes(c.faultCodes); break;
+    case ConsoleCommand::Kind::Status: status(); return;
+    case ConsoleCommand::Kind::Quit: quit_ = true; break;
+    }
+    std::fprintf(io_.log, "ok: %s\n", line.c_str());
+    std::fflush(io_.log);
+}
+
+void Server::status()
+{
+    const SimFaults f = sim_.faults();
+    const EngineSnapshot e = sim_.engine();
+    std::fprintf(io_.log,
+                 "status: %s, phase %s%s, %.0f rpm, %.0f km/h, coolant %.1f C, silent %s, half %s, corrupt %s, "
+                 "pace %s, %zu stored fault(s)\n",
+                 sim_.initialised() ? (sim_.streaming() ? "streaming" : "initialised") : "waiting for FF FF EF",
+                 phaseName(sim_.phase()), sim_.phaseForced() ? " (forced)" : "", e.rpm, e.speedKmh, e.coolantC,
+                 f.silent ? "on" : "off", f.halfReply ? "on" : "off", f.corruptEcho ? "on" : "off",
+                 pace_ ? "on" : "off", sim_.faultCodes().size());
+    std::fflush(io_.log);
+}
+
+void Server::pump(double elapsedMs)
+{
+    if (outPos_ >= outBuf_.size()) {
+        outBuf_.clear();
+        outPos_ = 0;
+        const std::size_t queued = pty_.queuedForPeer();
+        std::size_t room = queued < kMaxQueued ? kMaxQueued - queued : 0;
+        if (pace_) {
+            credit_ = std::min(credit_ + elapsedMs * kLineBytesPerSecond / 1000.0, 2.0);
+            room = std::min(room, std::size_t(std::max(0.0, credit_)));
+        }
+        if (room > 0) {
+            outBuf_ = sim_.transmit(room);
+            credit_ -= double(outBuf_.size());
+            if (opts_.verbose && !outBuf_.empty())
+                logBytes(io_.log, "ecu ->", outBuf_.data(), outBuf_.size());
+        }
+    }
+    if (outPos_ < outBuf_.size())
+        outPos_ += pty_.write(outBuf_.data() + outPos_, outBuf_.size() - outPos_);
+}
+
+}  // namespace
+
+int runPtyServer(const ToolOptions& options, const volatile std::sig_atomic_t& stop, const ServerIo& io)
+{
+    Server server(options, io);
+    return server.run(stop);
+}
+
+}  // namespace vexorin::sim

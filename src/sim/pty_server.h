@@ -1,0 +1,27 @@
+// The standalone simulator's main loop: the ECU behind a pseudo-terminal,
+// driven by the real clock, with console commands on a file descriptor.
+#pragma once
+
+#include "sim/tool_options.h"
+
+#include <csignal>
+#include <cstdio>
+
+namespace vexorin::sim {
+
+struct ServerIo {
+    int commandFd = 0;          // console commands, one per line; end of input is not the end
+    std::FILE* out = stdout;    // the "PTY <path>" line
+    std::FILE* log = stderr;    // everything else
+};
+
+// Output pacing. Without --pace bytes go out as fast as the PC takes them, but
+// never more than kMaxQueued wait in the pty, so a stream is never generated
+// far ahead of what the PC reads.
+constexpr std::size_t kMaxQueued = 64;
+constexpr double kLineBytesPerSecond = 960.0;   // 9600 baud, 10 bits a byte
+
+// Runs until `stop` becomes non-zero or "quit" is read. Returns the exit code.
+int runPtyServer(const ToolOptions& options, const volatile std::sig_atomic_t& stop, const ServerIo& io = ServerIo{});
+
+}  // namespace vexorin::sim
