@@ -81,3 +81,18 @@ QString DevLister::StrTrimToNull(const QString& text)
     const int zero = text.indexOf(QChar(0));
     return zero < 0 ? text : text.left(zero);
 }
+
+PortListing listPresentPorts(DeviceSource source)
+{
+    PortListing out{DevLister(std::move(source)), QString(), QString()};
+    QList<GUID_Storage> guids;
+    out.lister.GetGUIDByName(QStringLiteral("Ports"), guids, out.status);
+    if (out.status != QLatin1String("OK")) {
+        out.errorTitle = QStringLiteral("Error Finding 'Ports' GUID");
+        return out;
+    }
+    out.lister.AddToList(&guids.first(), true, out.status);
+    if (out.status != QLatin1String("OK"))
+        out.errorTitle = QStringLiteral("Error Getting Device List");
+    return out;
+}

@@ -45,3 +45,14 @@ private:
     QList<DevInfo_Storage> list_;
     DeviceSource source_;
 };
+
+// The present devices of the class "Ports", as the port menu and the Interface
+// Check window list them. When a step fails, `errorTitle` names the error box
+// and `status` is its text.
+struct PortListing {
+    DevLister lister;
+    QString status;
+    QString errorTitle;
+    bool ok() const { return errorTitle.isEmpty(); }
+};
+PortListing listPresentPorts(DeviceSource source);

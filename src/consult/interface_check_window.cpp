@@ -45,19 +45,12 @@ void InterfaceCheckWindow::reload()
 {
     list_->clear();
     lines_.clear();
-    DevLister lister(source_);
-    QList<GUID_Storage> guids;
-    QString status;
-    lister.GetGUIDByName(QStringLiteral("Ports"), guids, status);
-    if (status != QLatin1String("OK")) {
-        emit errorBox(status, QStringLiteral("Error Finding 'Ports' GUID"));
+    const PortListing listing = listPresentPorts(source_);
+    if (!listing.ok()) {
+        emit errorBox(listing.status, listing.errorTitle);
         return;
     }
-    lister.AddToList(&guids.first(), true, status);
-    if (status != QLatin1String("OK")) {
-        emit errorBox(status, QStringLiteral("Error Getting Device List"));
-        return;
-    }
+    const DevLister& lister = listing.lister;
     for (int i = 1; i <= lister.ListCount(); ++i) {
         lines_.append(lister.Item(i).GetName() + QStringLiteral("\r\n"));
         list_->addItem(lister.Item(i).GetName());

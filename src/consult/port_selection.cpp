@@ -44,25 +44,17 @@ void PortSelection::restoreChecks()
 
 void PortSelection::RefreshPortList()
 {
-    DevLister lister(source_);
-    QList<GUID_Storage> guids;
-    QString status;
-    lister.GetGUIDByName(QStringLiteral("Ports"), guids, status);
     const QString saved = readSetting(store_, Settings::PortNumber);
-
     captions_.clear();
     checked_.clear();
     emit rowsChanged();
 
-    if (status != QLatin1String("OK")) {
-        emit errorBox(status, QStringLiteral("Error Finding 'Ports' GUID"));
+    const PortListing listing = listPresentPorts(source_);
+    if (!listing.ok()) {
+        emit errorBox(listing.status, listing.errorTitle);
         return;
     }
-    lister.AddToList(&guids.first(), true, status);
-    if (status != QLatin1String("OK")) {
-        emit errorBox(status, QStringLiteral("Error Getting Device List"));
-        return;
-    }
+    const DevLister& lister = listing.lister;
     for (int i = 1; i <= lister.ListCount(); ++i) {
         const QString caption = lister.Item(i).GetName();
         captions_.append(caption);

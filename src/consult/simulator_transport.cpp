@@ -55,6 +55,9 @@ QByteArray SimulatorTransport::readAll()
 
 void SimulatorTransport::clear()
 {
+    // What the ECU has sent by now has arrived on a real line, so it goes too.
+    if (open_)
+        pull(ecu_.pending());
     input_.clear();
 }
 

@@ -243,13 +243,8 @@ void PortSelectionTest::simulatorRowConnectsAndIdentifies()
     TempSettings t;
     PortCatalog catalog(*t.store);
     catalog.setSystemPorts([] { return QList<SystemPort>{}; });
-    ConsultLink link([&catalog](int n, QString* e) { return catalog.makeTransport(n, e); });
-    SessionLog log;
-    StatusPanels panels;
-    ByteViewerCells cells;
-    RecordingSpeechOut speech;
-    VoiceGate voice(speech);
-    ConsultSession session(link, log, panels, cells, voice);
+    SessionRig rig([&catalog](int n, QString* e) { return catalog.makeTransport(n, e); });
+    ConsultSession& session = rig.session;
     PortSelection ports(session, *t.store, catalog.source());
     ports.RefreshPortList();
     QCOMPARE(ports.rowCount(), 1);

@@ -16,19 +16,7 @@ void identify(ConsultSession& session)
     session.GetSerialNumberKValueTick();
 }
 
-struct Rig {
-    explicit Rig(ConsultLink::TransportFactory f)
-        : link(std::move(f)), voice(speech), session(link, log, panels, cells, voice)
-    {
-    }
-    ConsultLink link;
-    SessionLog log;
-    StatusPanels panels;
-    ByteViewerCells cells;
-    RecordingSpeechOut speech;
-    VoiceGate voice;
-    ConsultSession session;
-};
+using Rig = SessionRig;
 
 QString readFile(const QString& path)
 {

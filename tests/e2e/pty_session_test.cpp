@@ -31,6 +31,26 @@ int pickRowOf(PortSelection& ports, const QString& path)
     return 0;
 }
 
+// The simulator on its pseudo-terminal, listed through ExtraPorts and picked.
+struct PtyRig {
+    explicit PtyRig(const QStringList& simArgs = {})
+        : sim(simArgs)
+    {
+        settings.store->WriteSetting(QStringLiteral("ExtraPorts"), QStringLiteral("sim"), sim.path());
+        core = std::make_unique<AppCore>(*settings.store, speech);
+    }
+    // Builds the port list and picks the simulator's row.
+    bool start()
+    {
+        core->start();
+        return !sim.path().isEmpty() && pickRowOf(core->portSelection(), sim.path()) > 0;
+    }
+    SimProcess sim;
+    TempSettings settings;
+    RecordingSpeechOut speech;
+    std::unique_ptr<AppCore> core;
+};
+
 int expectedKValue()
 {
     const auto rom = vexorin::sim::makeSyntheticRom();
@@ -55,14 +75,9 @@ private:
 
 void PtySessionTest::connectsAndIdentifiesThroughSerialPort()
 {
-    SimProcess sim({QStringLiteral("--part-number"), QStringLiteral("30P00")});
-    QVERIFY2(!sim.path().isEmpty(), "the simulator did not print its pseudo-terminal");
-    TempSettings settings;
-    settings.store->WriteSetting(QStringLiteral("ExtraPorts"), QStringLiteral("sim"), sim.path());
-    RecordingSpeechOut speech;
-    AppCore core(*settings.store, speech);
-    core.start();
-    QVERIFY(pickRowOf(core.portSelection(), sim.path()) > 0);
+    PtyRig r({QStringLiteral("--part-number"), QStringLiteral("30P00")});
+    QVERIFY2(r.start(), "the simulator did not start or is not listed");
+    AppCore& core = *r.core;
 
     core.session().ConnectDisconnect();
     QVERIFY(core.link().PortOpen());
@@ -71,37 +86,32 @@ void PtySessionTest::connectsAndIdentifiesThroughSerialPort()
     QTRY_COMPARE_WITH_TIMEOUT(core.session().KValueLabel(), QString::number(expectedKValue()), 5000);
     QVERIFY(!core.session().GetSerialNumberKValue.isActive());
     QCOMPARE(core.panels().text(1), QStringLiteral("Consult Port Connected"));
-    QVERIFY(speech.spoken().contains(QStringLiteral("Consult port connected.")));
+    QVERIFY(r.speech.spoken().contains(QStringLiteral("Consult port connected.")));
 
     core.session().ConnectDisconnect();
     QCOMPARE(core.session().ConnectedLabel(), QStringLiteral("Disconnected"));
     QCOMPARE(core.log().messages().last(), QStringLiteral(": Consult Port Disconnected."));
 
     // The chosen port is found again at the next start.
-    AppCore next(*settings.store, speech);
+    AppCore next(*r.settings.store, r.speech);
     next.start();
     QCOMPARE(next.link().CommPort(), core.link().CommPort());
 }
 
 void PtySessionTest::silentEcuTimesOutAndWindowStaysUsable()
 {
-    SimProcess sim;
-    QVERIFY(!sim.path().isEmpty());
-    TempSettings settings;
-    settings.store->WriteSetting(QStringLiteral("ExtraPorts"), QStringLiteral("sim"), sim.path());
-    RecordingSpeechOut speech;
-    AppCore core(*settings.store, speech);
+    PtyRig r;
+    AppCore& core = *r.core;
     MainWindow window(core);
-    core.start();
+    QVERIFY(r.start());
     window.show();
-    QVERIFY(pickRowOf(core.portSelection(), sim.path()) > 0);
 
     auto* connectButton = window.findChild<QPushButton*>(QStringLiteral("Connect_DisconnectButton"));
     QVERIFY(connectButton);
     connectButton->click();
     QTRY_COMPARE_WITH_TIMEOUT(core.session().ConnectedLabel(), QStringLiteral("Connected"), 5000);
     core.session().GetSerialNumberKValue.stop();
-    sim.command("silent on");
+    r.sim.command("silent on");
     QTest::qWait(100);
 
     QElapsedTimer clock;
@@ -138,44 +148,32 @@ void PtySessionTest::closedPtyGivesMessage()
              QStringLiteral("Consult interface not connected or port not selected/available."));
     QCOMPARE(core.session().PortAvailableSwitch, QStringLiteral("0"));
     QCOMPARE(core.panels().text(1), QStringLiteral("Consult Port Disconnected"));
-    QVERIFY(core.log().messages().last().contains(QStringLiteral("/dev/pts/vexorin-none")) ||
-            core.log().messages().last().startsWith(QStringLiteral(": Could not open Consult port")));
+    QVERIFY(core.log().messages().last().startsWith(QStringLiteral(": Could not open Consult port")));
 }
 
 void PtySessionTest::portInUseGivesMessage()
 {
-    SimProcess sim;
-    QVERIFY(!sim.path().isEmpty());
-    QSerialPort other(sim.path());
+    PtyRig r;
+    QSerialPort other(r.sim.path());
     QVERIFY(other.open(QIODevice::ReadWrite));
-    TempSettings settings;
-    settings.store->WriteSetting(QStringLiteral("ExtraPorts"), QStringLiteral("sim"), sim.path());
-    RecordingSpeechOut speech;
-    AppCore core(*settings.store, speech);
-    core.start();
-    QVERIFY(pickRowOf(core.portSelection(), sim.path()) > 0);
-    QSignalSpy boxSpy(&core.session(), &ConsultSession::message);
-    core.session().ConnectDisconnect();
+    QVERIFY(r.start());
+    QSignalSpy boxSpy(&r.core->session(), &ConsultSession::message);
+    r.core->session().ConnectDisconnect();
     QCOMPARE(boxSpy.count(), 1);
-    QVERIFY(!core.link().PortOpen());
-    QCOMPARE(core.session().PortAvailableSwitch, QStringLiteral("0"));
+    QVERIFY(!r.core->link().PortOpen());
+    QCOMPARE(r.core->session().PortAvailableSwitch, QStringLiteral("0"));
 }
 
 void PtySessionTest::pulledOutWhileConnectedDisconnects()
 {
-    SimProcess sim;
-    QVERIFY(!sim.path().isEmpty());
-    TempSettings settings;
-    settings.store->WriteSetting(QStringLiteral("ExtraPorts"), QStringLiteral("sim"), sim.path());
-    RecordingSpeechOut speech;
-    AppCore core(*settings.store, speech);
-    core.start();
-    QVERIFY(pickRowOf(core.portSelection(), sim.path()) > 0);
+    PtyRig r;
+    QVERIFY(r.start());
+    AppCore& core = *r.core;
     core.session().ConnectDisconnect();
     QTRY_COMPARE_WITH_TIMEOUT(core.session().ConnectedLabel(), QStringLiteral("Connected"), 5000);
     core.session().GetSerialNumberKValue.stop();
 
-    sim.stop();
+    r.sim.stop();
     // The next read finds the device gone: the cycle ends at once or by its time-out.
     core.session().ReadECUSerialNumber();
     QTRY_VERIFY_WITH_TIMEOUT(!core.link().PortOpen(), 5000);

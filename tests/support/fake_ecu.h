@@ -10,7 +10,6 @@
 class FakeEcu {
 public:
     explicit FakeEcu(FakeTransport& t)
-        : transport_(t)
     {
         t.setResponder([this](FakeTransport& tr, const QByteArray& bytes) { onWrite(tr, bytes); });
     }
@@ -44,7 +43,6 @@ private:
         }
     }
 
-    FakeTransport& transport_;
     QByteArray pending_;
 };
 
