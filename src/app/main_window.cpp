@@ -156,6 +156,9 @@ void MainWindow::buildMenus()
     all->setChecked(true);
     QAction* large = add(view, "LargeSensorViewer", QStringLiteral("Large Sensor View"), [] {});
     large->setCheckable(true);
+    auto* views = new QActionGroup(this);  // the two views exclude each other
+    views->addAction(all);
+    views->addAction(large);
     add(view, "Dash", QStringLiteral("Dash"), [] {});
     add(view, "ByteViewer", QStringLiteral("Byte Viewer"), [] {});
 
@@ -177,7 +180,6 @@ void MainWindow::buildMenus()
                              [&ps] { ps.ToggleNotifyPorts(); });
     notifyPortsAction_->setCheckable(true);
 
-    menuBar()->addMenu(tr("&Help"));
 }
 
 QWidget* MainWindow::buildClientArea()
