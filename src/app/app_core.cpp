@@ -6,8 +6,14 @@
 #include "consult/port_selection.h"
 #include "consult/session_log.h"
 #include "sensors/byte_viewer_cells.h"
+#include "sensors/monitor_views.h"
+#include "sensors/sensor_displays.h"
+#include "sensors/sensor_selection.h"
+#include "sensors/sensor_stream.h"
 #include "ui/status_panels.h"
 #include "voice/voice_gate.h"
+
+#include <QLocale>
 
 AppCore::AppCore(SettingsStore& store, SpeechOut& speech, QObject* parent)
     : QObject(parent),
@@ -22,6 +28,13 @@ AppCore::AppCore(SettingsStore& store, SpeechOut& speech, QObject* parent)
         [this](int port, QString* error) { return catalog_.makeTransport(port, error); });
     session_ = std::make_unique<ConsultSession>(*link_, *log_, *panels_, *cells_, *voice_);
     portSelection_ = std::make_unique<PortSelection>(*session_, store_, catalog_.source());
+    displays_ = std::make_unique<SensorDisplays>();
+    selection_ = std::make_unique<SensorSelection>(*displays_, *log_, *voice_);
+    stream_ = std::make_unique<SensorStream>(*session_, *displays_, *cells_, *selection_);
+    views_ = std::make_unique<MonitorViews>(*displays_, *session_);
+
+    const QLocale locale;
+    stream_->setNumberSymbols({locale.decimalPoint().toStdString(), locale.groupSeparator().toStdString()});
 }
 
 AppCore::~AppCore()

@@ -18,6 +18,10 @@ class SessionLog;
 class StatusPanels;
 class ByteViewerCells;
 class VoiceGate;
+class SensorDisplays;
+class SensorSelection;
+class SensorStream;
+class MonitorViews;
 
 class AppCore : public QObject {
     Q_OBJECT
@@ -39,6 +43,10 @@ public:
     StatusPanels& panels() { return *panels_; }
     ByteViewerCells& byteViewer() { return *cells_; }
     VoiceGate& voice() { return *voice_; }
+    SensorDisplays& displays() { return *displays_; }
+    SensorSelection& selection() { return *selection_; }
+    SensorStream& stream() { return *stream_; }
+    MonitorViews& views() { return *views_; }
 
 private:
     SettingsStore& store_;
@@ -50,4 +58,8 @@ private:
     std::unique_ptr<ConsultLink> link_;
     std::unique_ptr<ConsultSession> session_;
     std::unique_ptr<PortSelection> portSelection_;
+    std::unique_ptr<SensorDisplays> displays_;
+    std::unique_ptr<SensorSelection> selection_;
+    std::unique_ptr<SensorStream> stream_;
+    std::unique_ptr<MonitorViews> views_;
 };

@@ -6,7 +6,13 @@
 #include "consult/interface_check_window.h"
 #include "consult/port_selection.h"
 #include "consult/session_log.h"
+#include "sensors/byte_viewer_window.h"
+#include "sensors/dash_window.h"
+#include "sensors/large_view_panel.h"
+#include "sensors/monitor_views.h"
 #include "sensors/sensor_panel.h"
+#include "sensors/sensor_selection.h"
+#include "sensors/sensor_stream.h"
 #include "ui/message_box.h"
 #include "ui/status_panels.h"
 #include "voice/voice_gate.h"
@@ -104,9 +110,11 @@ MainWindow::MainWindow(AppCore& core, QWidget* parent)
     connect(&core_.panels(), &StatusPanels::changed, this, [this](int panel, const QString& text) {
         panels_[panel - 1]->setText(text);
     });
+    connect(&core_.views(), &MonitorViews::viewChanged, this, &MainWindow::refreshViews);
     refreshLabels();
     refreshPortRows();
     refreshChecks();
+    refreshViews();
 }
 
 MainWindow::~MainWindow() = default;
@@ -151,16 +159,13 @@ void MainWindow::buildMenus()
     }
 
     QMenu* view = menuBar()->addMenu(tr("&View"));
-    QAction* all = add(view, "ViewAllSensors", QStringLiteral("View All Sensors"), [] {});
-    all->setCheckable(true);
-    all->setChecked(true);
-    QAction* large = add(view, "LargeSensorViewer", QStringLiteral("Large Sensor View"), [] {});
-    large->setCheckable(true);
-    auto* views = new QActionGroup(this);  // the two views exclude each other
-    views->addAction(all);
-    views->addAction(large);
-    add(view, "Dash", QStringLiteral("Dash"), [] {});
-    add(view, "ByteViewer", QStringLiteral("Byte Viewer"), [] {});
+    MonitorViews& mv = core_.views();
+    viewAllAction_ = add(view, "ViewAllSensors", QStringLiteral("View All Sensors"), [&mv] { mv.ViewAllSensors(); });
+    viewAllAction_->setCheckable(true);
+    largeViewAction_ = add(view, "LargeSensorViewer", QStringLiteral("Large Sensor View"), [&mv] { mv.LargeSensorView(); });
+    largeViewAction_->setCheckable(true);
+    add(view, "Dash", QStringLiteral("Dash"), [this] { showDash(); });
+    add(view, "ByteViewer", QStringLiteral("Byte Viewer"), [this] { showByteViewer(); });
 
     QMenu* voice = menuBar()->addMenu(tr("V&oice"));
     QAction* voiceOn = add(voice, "VoiceOn", QStringLiteral("Voice On"), [this] {
@@ -186,19 +191,22 @@ QWidget* MainWindow::buildClientArea()
 {
     auto* client = new QWidget;
     client->setObjectName(QStringLiteral("ClientArea"));
-    auto* grid = new QGridLayout(client);
-    sensorPanel_ = new SensorPanel(client);
-    grid->addWidget(sensorPanel_, 0, 0, 2, 1);
-    grid->addWidget(buildStatusBlock(), 0, 1);
+    auto* h = new QHBoxLayout(client);
+    sensorPanel_ = new SensorPanel(core_.displays(), client);
+    connect(sensorPanel_, &SensorPanel::sensorButtonClicked, &core_.selection(), &SensorSelection::SelectSensor);
+    h->addWidget(sensorPanel_, 1);
 
-    auto* buttons = new QVBoxLayout;
+    // Beside the panel: the status block, the five main buttons and the session log.
+    auto* side = new QVBoxLayout;
+    side->addWidget(buildStatusBlock());
     ConsultSession& s = core_.session();
+    SensorStream& stream = core_.stream();
     const struct {
         const char* caption;
         std::function<void()> action;
     } mainButtons[] = {
         {"Connect/Disconnect", [&s] { s.ConnectDisconnect(); }},
-        {"Monitor On/Off", [] {}},
+        {"Monitor On/Off", [&stream] { stream.MonitorOnOff(); }},
         {"Voice On/Off", [] {}},
         {"Get Fault Codes", [] {}},
         {"Clear Fault Codes", [] {}},
@@ -207,21 +215,26 @@ QWidget* MainWindow::buildClientArea()
         auto* button = new QPushButton(QString::fromLatin1(b.caption), client);
         button->setObjectName(QString::fromLatin1(b.caption).remove(QLatin1Char(' ')).replace(QLatin1Char('/'), QLatin1Char('_')) + QStringLiteral("Button"));
         connect(button, &QPushButton::clicked, this, b.action);
-        buttons->addWidget(button);
+        side->addWidget(button);
     }
-    buttons->addStretch();
-    grid->addLayout(buttons, 1, 1);
-
-    auto* logBox = new QGroupBox(tr("Session Log"), client);
-    auto* logLayout = new QVBoxLayout(logBox);
-    sessionLog_ = new QPlainTextEdit(logBox);
+    sessionLog_ = new QPlainTextEdit(client);
     sessionLog_->setObjectName(QStringLiteral("SessionLog"));
+    sessionLog_->setAccessibleName(tr("Session Log"));
     sessionLog_->setReadOnly(true);
     sessionLog_->setMinimumHeight(60);
-    logLayout->addWidget(sessionLog_);
-    grid->addWidget(logBox, 0, 2, 2, 1);
-    grid->setColumnStretch(0, 5);
-    grid->setColumnStretch(2, 3);
+    sessionLog_->setToolTip(tr("Session Log"));
+    side->addWidget(sessionLog_, 1);
+    auto* sideBox = new QWidget(client);
+    sideBox->setLayout(side);
+    side->setContentsMargins(0, 0, 0, 0);
+    sideBox->setFixedWidth(px(2700));
+    h->addWidget(sideBox);
+
+    // The large view lies over the all-sensors panel when chosen.
+    largeViewer_ = new LargeViewPanel(core_.displays(), client);
+    largeViewer_->setGeometry(px(LargeViewPanel::kLeft), px(LargeViewPanel::kTop), px(LargeViewPanel::kWidth),
+                              px(LargeViewPanel::kHeight));
+    largeViewer_->hide();
     return client;
 }
 
@@ -285,8 +298,17 @@ QWidget* MainWindow::buildServicePanel()
 void MainWindow::buildStatusBar()
 {
     QStatusBar* bar = statusBar();
+    QFont small = bar->font();
+    small.setPointSizeF(small.pointSizeF() * 0.85);
+    bar->setFont(small);
+    // Wide enough for the longest text each panel shows.
+    const char* const widest[8] = {"Consult Port Disconnected", "Consult Port 16", "Requesting Fault Codes",
+                                   "External Port Disconnected", "External Port 16", "Standby", "00/00/0000",
+                                   "00:00 AM"};
     for (int i = 0; i < 8; ++i) {
         auto* l = new QLabel(this);
+        l->setFont(small);
+        l->setMinimumWidth(l->fontMetrics().horizontalAdvance(QLatin1String(widest[i])) + 10);
         l->setObjectName(QStringLiteral("StatusPanel%1").arg(i + 1));
         l->setFrameShape(QFrame::Panel);
         l->setFrameShadow(QFrame::Sunken);
@@ -363,6 +385,32 @@ void MainWindow::showInterfaceCheck()
     interfaceCheck_->reload();
     interfaceCheck_->show();
     interfaceCheck_->raise();
+}
+
+void MainWindow::refreshViews()
+{
+    const MonitorViews& mv = core_.views();
+    largeViewer_->setVisible(mv.largeViewerVisible());
+    if (mv.largeViewerVisible())
+        largeViewer_->raise();
+    viewAllAction_->setChecked(mv.viewAllSensorsChecked());
+    largeViewAction_->setChecked(mv.largeSensorViewerChecked());
+}
+
+void MainWindow::showDash()
+{
+    if (!dash_)
+        dash_ = new DashWindow(core_.displays(), this);
+    dash_->show();
+    dash_->raise();
+}
+
+void MainWindow::showByteViewer()
+{
+    if (!byteViewer_)
+        byteViewer_ = new ByteViewerWindow(core_.byteViewer(), this);
+    byteViewer_->show();
+    byteViewer_->raise();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

@@ -13,6 +13,9 @@ class QPlainTextEdit;
 class QPushButton;
 class SensorPanel;
 class InterfaceCheckWindow;
+class LargeViewPanel;
+class DashWindow;
+class ByteViewerWindow;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -27,6 +30,9 @@ public:
     QAction* action(const QString& objectName) const;
     QMenu* portMenu() const { return consultMenu_; }
     InterfaceCheckWindow* interfaceCheckWindow() const { return interfaceCheck_; }
+    DashWindow* dashWindow() const { return dash_; }
+    ByteViewerWindow* byteViewerWindow() const { return byteViewer_; }
+    LargeViewPanel* largeViewer() const { return largeViewer_; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -41,6 +47,9 @@ private:
     void refreshPortRows();
     void refreshChecks();
     void showInterfaceCheck();
+    void showDash();
+    void showByteViewer();
+    void refreshViews();
 
     AppCore& core_;
     QMenu* consultMenu_ = nullptr;
@@ -61,4 +70,9 @@ private:
     QPlainTextEdit* sessionLog_ = nullptr;
     SensorPanel* sensorPanel_ = nullptr;
     InterfaceCheckWindow* interfaceCheck_ = nullptr;
+    LargeViewPanel* largeViewer_ = nullptr;
+    DashWindow* dash_ = nullptr;
+    ByteViewerWindow* byteViewer_ = nullptr;
+    QAction* viewAllAction_ = nullptr;
+    QAction* largeViewAction_ = nullptr;
 };

@@ -25,7 +25,6 @@ ConsultSession::ConsultSession(ConsultLink& link, SessionLog& log, StatusPanels&
     SensorOffTimer.setInterval(1000);
     connect(&InitializationTimer, &QTimer::timeout, this, &ConsultSession::InitializationTimerTick);
     connect(&GetSerialNumberKValue, &QTimer::timeout, this, &ConsultSession::GetSerialNumberKValueTick);
-    connect(&SensorOffTimer, &QTimer::timeout, this, &ConsultSession::SensorOffTimerTick);
     connect(&link_, &ConsultLink::OnComm, this, &ConsultSession::ReceiveEvent);
     connect(&link_, &ConsultLink::portLost, this, &ConsultSession::onPortLost);
 }
@@ -176,13 +175,6 @@ void ConsultSession::ReadKValue()
         setKValueLabel(QString::number(kValueFromBytes(buf(9), buf(10))));
     }
     GetSerialNumberKValue.stop();
-}
-
-void ConsultSession::SensorOffTimerTick()
-{
-    emit blankDisplays();
-    setFaultCodeList(QString());
-    SensorOffTimer.stop();
 }
 
 void ConsultSession::Initialize()

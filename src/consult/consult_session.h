@@ -59,7 +59,6 @@ public:
     void ReceiveEvent();
     void InitializationTimerTick();
     void GetSerialNumberKValueTick();
-    void SensorOffTimerTick();
 
     // Identity reads.
     void ReadECUSerialNumber();
@@ -82,8 +81,6 @@ signals:
     // A message box titled "Vexorin" with one OK button and no icon.
     void message(const QString& text);
     void labelsChanged();
-    // The displays are blanked (the sensor views connect here).
-    void blankDisplays();
 
 private:
     void disconnectSteps();

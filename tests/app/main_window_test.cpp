@@ -6,6 +6,7 @@
 #include "consult/port_selection.h"
 #include "temp_settings.h"
 #include "ui/message_box.h"
+#include "ui/gradient_bar_widget.h"
 #include "ui/status_panels.h"
 #include "voice/recording_speech_out.h"
 
@@ -16,7 +17,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QTest>
 
@@ -95,8 +95,8 @@ void MainWindowTest::titleStatusBlockAndButtons()
         QVERIFY2(button, b);
         QCOMPARE(button->accessibleName().isEmpty() ? button->text() : button->accessibleName(), QLatin1String(b));
     }
-    QVERIFY(w.window->findChild<QProgressBar*>(QStringLiteral("RPMbar")));
-    QCOMPARE(w.window->findChild<QProgressBar*>(QStringLiteral("RPMbar"))->maximum(), 7000);
+    QVERIFY(w.window->findChild<GradientBar*>(QStringLiteral("RPMbar")));
+    QCOMPARE(w.window->findChild<GradientBar*>(QStringLiteral("RPMbar"))->maximum(), 7000);
     QCOMPARE(w.labelText("RPMLabel"), QStringLiteral("0"));
 }
 

@@ -204,10 +204,6 @@ void ConsultSessionTest::disconnectStepsInOrder()
     QVERIFY(t);
     QCOMPARE(t->written(), QByteArray::fromHex("3030"));
     QCOMPARE(h.session.KeepInitializationTimerOffSwitch, QStringLiteral("Off"));
-
-    h.session.SensorOffTimerTick();
-    QCOMPARE(h.session.FaultCodeList(), QString());
-    QVERIFY(!h.session.SensorOffTimer.isActive());
 }
 
 void ConsultSessionTest::disconnectWithVoiceOffSpeaksNothing()

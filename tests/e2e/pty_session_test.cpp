@@ -8,6 +8,7 @@
 #include "consult/session_log.h"
 #include "consult/wire.h"
 #include "sim/ecu_simulator.h"
+#include "pty_rig.h"
 #include "sim_process.h"
 #include "temp_settings.h"
 #include "ui/message_box.h"
@@ -21,36 +22,6 @@
 #include <QTest>
 
 namespace {
-int pickRowOf(PortSelection& ports, const QString& path)
-{
-    for (int row = 1; row <= ports.rowCount(); ++row)
-        if (ports.rowCaption(row).contains(path)) {
-            ports.PickPort(row);
-            return row;
-        }
-    return 0;
-}
-
-// The simulator on its pseudo-terminal, listed through ExtraPorts and picked.
-struct PtyRig {
-    explicit PtyRig(const QStringList& simArgs = {})
-        : sim(simArgs)
-    {
-        settings.store->WriteSetting(QStringLiteral("ExtraPorts"), QStringLiteral("sim"), sim.path());
-        core = std::make_unique<AppCore>(*settings.store, speech);
-    }
-    // Builds the port list and picks the simulator's row.
-    bool start()
-    {
-        core->start();
-        return !sim.path().isEmpty() && pickRowOf(core->portSelection(), sim.path()) > 0;
-    }
-    SimProcess sim;
-    TempSettings settings;
-    RecordingSpeechOut speech;
-    std::unique_ptr<AppCore> core;
-};
-
 int expectedKValue()
 {
     const auto rom = vexorin::sim::makeSyntheticRom();

@@ -1,0 +1,69 @@
+#include "sensors/large_view_panel.h"
+
+#include "sensors/sensor_displays.h"
+#include "ui/gradient_bar_widget.h"
+#include "ui/vb_color.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+LargeViewPanel::LargeViewPanel(SensorDisplays& displays, QWidget* parent)
+    : QFrame(parent), displays_(displays)
+{
+    setObjectName(QStringLiteral("LargeViewer"));
+    setFrameShape(QFrame::StyledPanel);
+    setAutoFillBackground(true);
+    QPalette p = palette();
+    p.setColor(QPalette::Window, Qt::black);
+    p.setColor(QPalette::WindowText, QColor(0x80, 0x80, 0xFF));
+    setPalette(p);
+
+    auto* v = new QVBoxLayout(this);
+    auto* top = new QHBoxLayout;
+    word_ = new QLabel(this);
+    word_->setObjectName(QStringLiteral("LargeSensorWord"));
+    QFont wf = word_->font();
+    wf.setPointSizeF(wf.pointSizeF() * 1.8);
+    wf.setBold(true);
+    word_->setFont(wf);
+    value_ = new QLabel(this);
+    value_->setObjectName(QStringLiteral("LargeValueLabel"));
+    value_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    QFont vf = value_->font();
+    vf.setPointSizeF(vf.pointSizeF() * 4.0);
+    vf.setBold(true);
+    value_->setFont(vf);
+    QPalette vp = value_->palette();
+    vp.setColor(QPalette::WindowText, QColor(0x00, 0xFF, 0x00));
+    value_->setPalette(vp);
+    top->addWidget(word_, 0, Qt::AlignTop);
+    top->addWidget(value_, 1);
+    v->addLayout(top, 1);
+    bar_ = new GradientBar(this);
+    bar_->setObjectName(QStringLiteral("LargeSensorBar"));
+    bar_->setFixedHeight(26);
+    v->addWidget(bar_);
+
+    connect(&displays_, &SensorDisplays::largeChanged, this, &LargeViewPanel::refresh);
+    connect(&displays_, &SensorDisplays::barColorsChanged, this, &LargeViewPanel::refreshColors);
+    refresh();
+    refreshColors(SensorDisplays::kLargeBarIndex);
+}
+
+void LargeViewPanel::refresh()
+{
+    word_->setText(displays_.largeSensorWord());
+    value_->setText(displays_.largeValue());
+    bar_->setMaximum(displays_.largeBarMax());
+    bar_->setValue(displays_.largeBar());
+}
+
+void LargeViewPanel::refreshColors(int bar)
+{
+    if (bar != SensorDisplays::kLargeBarIndex)
+        return;
+    const BarColors c = displays_.barColors(bar);
+    bar_->setBackColor(fromBgr(c.back));
+    bar_->setStartColor(fromBgr(c.start));
+    bar_->setEndColor(fromBgr(c.end));
+}

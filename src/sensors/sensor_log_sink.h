@@ -1,0 +1,15 @@
+// Where the stream writes each decoded frame while "Capture to log file" is checked.
+#pragma once
+
+#include <QString>
+
+class SensorLogSink {
+public:
+    virtual ~SensorLogSink() = default;
+    // The check mark of "Capture to log file".
+    virtual bool capturing() const = 0;
+    // The date and time line that opens a frame.
+    virtual void writeDateTimeLine() = 0;
+    // One value, the next line of the frame.
+    virtual void writeValue(const QString& value) = 0;
+};

@@ -1,0 +1,172 @@
+#include "sensors/sensor_stream.h"
+
+#include "consult/consult_link.h"
+#include "consult/consult_session.h"
+#include "consult/request_cycle.h"
+#include "consult/session_log.h"
+#include "consult/wire.h"
+#include "sensors/byte_viewer_cells.h"
+#include "sensors/sensor_displays.h"
+#include "sensors/sensor_log_sink.h"
+#include "sensors/sensor_selection.h"
+#include "ui/status_panels.h"
+#include "voice/voice_gate.h"
+
+using namespace vexorin::sensors;
+using namespace vexorin::consult;
+
+namespace {
+// The word the stream compares with LargeSensorWord, per sensor in frame
+// order. The oxygen sensors' words are never what their buttons set, so the
+// large view does not follow them here.
+constexpr const char* kStreamWords[kSensorCount] = {
+    "Speed", "RPM", "TPS", "MAF", "L (O2)", "R (O2)", "INJ", "Timing", "IACV", "Water", "Fuel", "Battery", "A/F"};
+
+constexpr int kFrameStartPosition = 33;
+
+const char* const kRefusals[] = {
+    "Please close the Map Viewer first.",
+    "Please close the Bin File Downloader first.",
+    "Please close the E.C.U. Register Viewer first.",
+    "Please close the Active Test first.",
+};
+}  // namespace
+
+SensorStream::SensorStream(ConsultSession& session, SensorDisplays& displays, ByteViewerCells& cells,
+                           SensorSelection& selection, QObject* parent)
+    : QObject(parent), session_(session), displays_(displays), cells_(cells), selection_(selection)
+{
+    connect(&session_.GetAllSensorDataTimer, &QTimer::timeout, this, &SensorStream::GetAllSensorDataTimerTick);
+}
+
+void SensorStream::setToolShowing(Tool tool, std::function<bool()> showing)
+{
+    toolShowing_[std::size_t(tool)] = std::move(showing);
+}
+
+QString SensorStream::refusalOf(Tool tool)
+{
+    return QString::fromLatin1(kRefusals[int(tool)]);
+}
+
+void SensorStream::MonitorOnOff()
+{
+    if (session_.ConnectedLabel() == QLatin1String("Disconnected")) {
+        emit session_.message(QStringLiteral("Consult port not connected."));
+        return;
+    }
+    for (int t = 0; t < int(toolShowing_.size()); ++t) {
+        if (toolShowing_[std::size_t(t)] && toolShowing_[std::size_t(t)]()) {
+            emit session_.message(refusalOf(Tool(t)));
+            return;
+        }
+    }
+    if (graphTestStop_)
+        graphTestStop_();
+
+    SessionLog& log = session_.log();
+    VoiceGate& voice = session_.voice();
+    if (session_.MonitorSensorsOnLabel() == QLatin1String("OFF")) {
+        selection_.DisplaySensorValues.start();
+        session_.PollingSwitch = QStringLiteral("2");
+        session_.GetAllSensorDataTimer.start();
+        session_.setMonitorSensorsOnLabel(QStringLiteral("ON"));
+        session_.panels().setText(3, QStringLiteral("Monitoring Sensors"));
+        voice.say(QStringLiteral("Sensor Monitor on."));
+        log.AddLogMessage(QStringLiteral(": Sensor Monitor on."));
+        lastCycleTimedOut_ = false;
+        return;
+    }
+
+    selection_.DisplaySensorValues.stop();
+    session_.GetAllSensorDataTimer.stop();
+    session_.PollingSwitch = QStringLiteral("1");
+    session_.VoiceMonitorTimer.stop();
+    session_.setVoiceMonitorOnLabel(QStringLiteral("OFF"));
+    session_.setVoiceMonitorChecked(false);
+    session_.setMonitorSensorsOnLabel(QStringLiteral("OFF"));
+    session_.panels().setText(3, QStringLiteral("Standby"));
+    voice.say(QStringLiteral(": Sensor and voice Monitor off."));
+    log.AddLogMessage(QStringLiteral("Sensor and voice Monitor off."));
+    ConsultLink& link = session_.link();
+    if (!link.PortOpen())
+        link.setPortOpen(true);
+    link.Output({CmdStop});
+    link.Output({CmdStop});
+    link.setInBufferCount(0);
+    session_.SensorOffTimer.start();
+}
+
+void SensorStream::GetAllSensorDataTimerTick()
+{
+    GetAllSensorData();
+    session_.link().setInBufferCount(0);
+}
+
+void SensorStream::GetAllSensorData()
+{
+    if (session_.PollingSwitch.toInt() != 2)
+        return;
+    ReadAllSensors();
+    session_.link().setInBufferCount(0);
+}
+
+void SensorStream::ReadAllSensors()
+{
+    const auto reply = runRequestCycle(session_.link(), registerStreamRequest(kAllSensorRegisters),
+                                       kAllSensorsReplyLength);
+    if (!reply) {
+        // One line per outage, not one per tick.
+        if (!lastCycleTimedOut_)
+            session_.log().AddLogMessage(timeoutMessage());
+        lastCycleTimedOut_ = true;
+        return;
+    }
+    lastCycleTimedOut_ = false;
+    decodeFrame(*reply);
+}
+
+bool SensorStream::decodeFrame(const std::vector<std::uint8_t>& reply)
+{
+    const ReplyBuffer frame(reply, kAllSensorsReplyLength);
+    if (frame(kFrameStartPosition) != FrameStart)
+        return false;
+    const bool capturing = logSink_ && logSink_->capturing();
+    if (capturing)
+        logSink_->writeDateTimeLine();
+    for (const SensorSpec& s : kSensors) {
+        const int lo = frame(s.position);
+        const int hi = s.twoBytes ? frame(s.position - 1) : 0;
+        showSensor(s.id, hi, lo, capturing);
+    }
+    ++framesDecoded_;
+    return true;
+}
+
+void SensorStream::showSensor(SensorId id, int hi, int lo, bool capturing)
+{
+    const SensorSpec& s = spec(id);
+    if (s.twoBytes)
+        cells_.setCell(byteViewerCellOf(s.position - 1), QString::number(hi));
+    cells_.setCell(byteViewerCellOf(s.position), QString::number(lo));
+
+    SensorReading r;
+    if (s.twoBytes && !highByteUsable(hi)) {
+        r = lowByteReading(lo);
+    } else {
+        r = convert(id, hi, lo, symbols_);
+        const QString text = QString::fromStdString(r.text);
+        displays_.setBar(id, r.barPosition);
+        displays_.setLabel(id, text);
+        if (id == SensorId::RPM && activeTestRpm_)
+            activeTestRpm_(text);
+        displays_.setDash(id, text);
+    }
+    const QString value = QString::fromStdString(r.value);
+    if (displays_.largeSensorWord() == QLatin1String(kStreamWords[int(id)])) {
+        displays_.setLargeValue(value);
+        displays_.setLargeBar(int(r.number.roundHalfEven()));
+    }
+    if (capturing)
+        logSink_->writeValue(value);
+}

@@ -1,0 +1,64 @@
+// The all-sensor stream: "Monitor On/Off", and every 100 ms one request
+// cycle that reads all thirteen sensors in one frame and writes them to the
+// labels, bars, Dash, Byte Viewer, large view and log.
+#pragma once
+
+#include "sensors/sensor_catalog.h"
+
+#include <QObject>
+#include <QString>
+#include <array>
+#include <functional>
+
+class ByteViewerCells;
+class ConsultSession;
+class SensorDisplays;
+class SensorLogSink;
+class SensorSelection;
+
+class SensorStream : public QObject {
+    Q_OBJECT
+public:
+    // The windows that take the Consult link for themselves, in the order "Monitor On/Off" asks about them.
+    enum class Tool { MapViewer, BinFileDownloader, RegisterViewer, ActiveTest };
+
+    SensorStream(ConsultSession& session, SensorDisplays& displays, ByteViewerCells& cells,
+                 SensorSelection& selection, QObject* parent = nullptr);
+
+    void MonitorOnOff();
+    void GetAllSensorDataTimerTick();
+    void GetAllSensorData();
+    void ReadAllSensors();
+
+    // A tool window says whether it is showing.
+    void setToolShowing(Tool tool, std::function<bool()> showing);
+    static QString refusalOf(Tool tool);
+    // The log writer; null while there is none.
+    void setLogSink(SensorLogSink* sink) { logSink_ = sink; }
+    // The Active Test window's RPMLabel.
+    void setActiveTestRpmHook(std::function<void(const QString&)> hook) { activeTestRpm_ = std::move(hook); }
+    // Stops the Graph Test window's point timer and closes it.
+    void setGraphTestStopHook(std::function<void()> hook) { graphTestStop_ = std::move(hook); }
+    // Decimal and grouping symbols of the displayed numbers.
+    void setNumberSymbols(const vexorin::sensors::NumberSymbols& s) { symbols_ = s; }
+
+    // Decodes one 50-byte reply as a frame (true when position 33 held the frame start).
+    bool decodeFrame(const std::vector<std::uint8_t>& reply);
+    // Frames decoded since the program started.
+    qint64 framesDecoded() const { return framesDecoded_; }
+
+private:
+    void showSensor(vexorin::sensors::SensorId id, int hi, int lo, bool capturing);
+
+    ConsultSession& session_;
+    SensorDisplays& displays_;
+    ByteViewerCells& cells_;
+    SensorSelection& selection_;
+    SensorLogSink* logSink_ = nullptr;
+    std::array<std::function<bool()>, 4> toolShowing_;
+    std::function<void(const QString&)> activeTestRpm_;
+    std::function<void()> graphTestStop_;
+    vexorin::sensors::NumberSymbols symbols_;
+    bool lastCycleTimedOut_ = false;
+    qint64 framesDecoded_ = 0;
+};

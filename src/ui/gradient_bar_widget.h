@@ -1,0 +1,54 @@
+// A horizontal bar: value and maximum, a back colour, a smooth gradient from
+// the start to the end colour, and an optional text around its percentage.
+#pragma once
+
+#include <QColor>
+#include <QWidget>
+
+class GradientBar : public QWidget {
+    Q_OBJECT
+public:
+    explicit GradientBar(QWidget* parent = nullptr);
+
+    int value() const { return value_; }
+    int maximum() const { return maximum_; }
+    void setValue(int v);
+    void setMaximum(int m);
+
+    QColor backColor() const { return back_; }
+    QColor startColor() const { return start_; }
+    QColor endColor() const { return end_; }
+    QColor textColor() const { return text_; }
+    void setBackColor(const QColor& c);
+    void setStartColor(const QColor& c);
+    void setEndColor(const QColor& c);
+    void setTextColor(const QColor& c);
+
+    // Shows "before" + percentage + "%" + "after" when on.
+    void setTextVisible(bool on);
+    void setTextBefore(const QString& t);
+    void setTextAfter(const QString& t);
+    bool isTextVisible() const { return showText_; }
+    // The text drawn over the bar (empty when the text is off).
+    QString text() const;
+
+    // The share of the bar that is filled, 0 to 1 (positions outside 0..maximum are clamped).
+    double fraction() const;
+
+    QSize sizeHint() const override { return {160, 18}; }
+    QSize minimumSizeHint() const override { return {40, 10}; }
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+
+private:
+    int value_ = 0;
+    int maximum_ = 100;
+    QColor back_{0x80, 0x80, 0xFF};
+    QColor start_{0x00, 0x00, 0xFF};
+    QColor end_{0x00, 0x00, 0xFF};
+    QColor text_{Qt::black};
+    bool showText_ = false;
+    QString before_;
+    QString after_;
+};

@@ -1,0 +1,41 @@
+// The standalone simulator on its pseudo-terminal, listed through the
+// ExtraPorts settings and picked in the port list of a whole application core.
+#pragma once
+
+#include "app/app_core.h"
+#include "consult/port_selection.h"
+#include "sim_process.h"
+#include "temp_settings.h"
+#include "voice/recording_speech_out.h"
+
+#include <memory>
+
+inline int pickRowOf(PortSelection& ports, const QString& path)
+{
+    for (int row = 1; row <= ports.rowCount(); ++row)
+        if (ports.rowCaption(row).contains(path)) {
+            ports.PickPort(row);
+            return row;
+        }
+    return 0;
+}
+
+// The simulator on its pseudo-terminal, listed through ExtraPorts and picked.
+struct PtyRig {
+    explicit PtyRig(const QStringList& simArgs = {})
+        : sim(simArgs)
+    {
+        settings.store->WriteSetting(QStringLiteral("ExtraPorts"), QStringLiteral("sim"), sim.path());
+        core = std::make_unique<AppCore>(*settings.store, speech);
+    }
+    // Builds the port list and picks the simulator's row.
+    bool start()
+    {
+        core->start();
+        return !sim.path().isEmpty() && pickRowOf(core->portSelection(), sim.path()) > 0;
+    }
+    SimProcess sim;
+    TempSettings settings;
+    RecordingSpeechOut speech;
+    std::unique_ptr<AppCore> core;
+};
