@@ -9,6 +9,7 @@
 #include "ui/gradient_bar_widget.h"
 #include "ui/status_panels.h"
 #include "voice/recording_speech_out.h"
+#include "widget_helpers.h"
 
 #include <QAction>
 #include <QDir>
@@ -39,23 +40,9 @@ struct Window {
         auto* l = window->findChild<QLabel*>(QLatin1String(name));
         return l ? l->text() : QStringLiteral("<missing>");
     }
-    QPushButton* button(const QString& caption) const
-    {
-        for (auto* b : window->findChildren<QPushButton*>())
-            if (b->text() == caption)
-                return b;
-        return nullptr;
-    }
+    QPushButton* button(const QString& caption) const { return findButton(window.get(), caption); }
 };
 
-void saveShot(QWidget* w, const QString& name)
-{
-    const QByteArray dir = qgetenv("VEXORIN_SCREENSHOT_DIR");
-    if (dir.isEmpty())
-        return;
-    QDir().mkpath(QString::fromLocal8Bit(dir));
-    w->grab().save(QString::fromLocal8Bit(dir) + QLatin1Char('/') + name);
-}
 }  // namespace
 
 class MainWindowTest : public QObject {

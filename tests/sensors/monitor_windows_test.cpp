@@ -16,6 +16,7 @@
 #include "ui/gradient_bar_widget.h"
 #include "ui/message_box.h"
 #include "voice/recording_speech_out.h"
+#include "widget_helpers.h"
 
 #include <QAction>
 #include <QDir>
@@ -52,27 +53,13 @@ struct Monitoring {
         return qobject_cast<SimulatorTransport*>(core.link().transport())->ecu();
     }
     QLabel* label(const QString& name) const { return window->findChild<QLabel*>(name); }
-    QPushButton* button(const QString& caption) const
-    {
-        for (auto* b : window->findChildren<QPushButton*>())
-            if (b->text() == caption)
-                return b;
-        return nullptr;
-    }
+    QPushButton* button(const QString& caption) const { return findButton(window.get(), caption); }
     TempSettings settings;
     RecordingSpeechOut speech;
     AppCore core;
     std::unique_ptr<MainWindow> window;
 };
 
-void saveShot(QWidget* w, const QString& name)
-{
-    const QByteArray dir = qgetenv("VEXORIN_SCREENSHOT_DIR");
-    if (dir.isEmpty())
-        return;
-    QDir().mkpath(QString::fromLocal8Bit(dir));
-    w->grab().save(QString::fromLocal8Bit(dir) + QLatin1Char('/') + name);
-}
 }  // namespace
 
 class MonitorWindowsTest : public QObject {
