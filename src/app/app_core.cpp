@@ -1,6 +1,8 @@
 #include "app/app_core.h"
 
+#include "app/options_menu.h"
 #include "app/settings/settings_store.h"
+#include "consult/fault_codes.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
 #include "consult/port_selection.h"
@@ -11,7 +13,10 @@
 #include "sensors/sensor_selection.h"
 #include "sensors/sensor_stream.h"
 #include "ui/status_panels.h"
+#include "voice/alerts.h"
+#include "voice/speech_recognition.h"
 #include "voice/voice_gate.h"
+#include "voice/voice_monitor.h"
 
 #include <QLocale>
 
@@ -32,6 +37,13 @@ AppCore::AppCore(SettingsStore& store, SpeechOut& speech, QObject* parent)
     selection_ = std::make_unique<SensorSelection>(*displays_, *log_, *voice_);
     stream_ = std::make_unique<SensorStream>(*session_, *displays_, *cells_, *selection_);
     views_ = std::make_unique<MonitorViews>(*displays_, *session_);
+    options_ = std::make_unique<OptionsMenu>(store_);
+    voiceMonitor_ = std::make_unique<VoiceMonitor>(*session_, *displays_, *options_, store_);
+    faultCodes_ = std::make_unique<FaultCodes>(*session_);
+    frameSpot_ = std::make_unique<FrameSpot>();
+    alerts_[0] = std::make_unique<Alert>(kAlerts[0], FrameSpot::SpeedAlert, *displays_, *voice_, store_, *frameSpot_);
+    alerts_[1] = std::make_unique<Alert>(kAlerts[1], FrameSpot::WaterAlert, *displays_, *voice_, store_, *frameSpot_);
+    recognition_ = std::make_unique<SpeechRecognition>();
 
     const QLocale locale;
     stream_->setNumberSymbols({locale.decimalPoint().toStdString(), locale.groupSeparator().toStdString()});
@@ -44,11 +56,18 @@ AppCore::~AppCore()
 
 void AppCore::start()
 {
+    for (auto& a : alerts_)
+        a->restore();
+    options_->restore();
     portSelection_->restoreChecks();
+    voiceMonitor_->restoreInterval();
+    voiceMonitor_->restoreVoiceType();
+    voiceMonitor_->restoreVoiceOn();
     log_->clear();
     session_->setFaultCodeList(QString());
     panels_->setText(1, QStringLiteral("Consult Port Disconnected"));
     portSelection_->RefreshPortList();
+    voiceMonitor_->announceStartup();
 }
 
 void AppCore::shutdown()

@@ -7,6 +7,7 @@
 #include "consult/port_catalog.h"
 
 #include <QObject>
+#include <array>
 #include <memory>
 
 class SettingsStore;
@@ -22,6 +23,12 @@ class SensorDisplays;
 class SensorSelection;
 class SensorStream;
 class MonitorViews;
+class OptionsMenu;
+class VoiceMonitor;
+class FaultCodes;
+class FrameSpot;
+class Alert;
+class SpeechRecognition;
 
 class AppCore : public QObject {
     Q_OBJECT
@@ -47,6 +54,13 @@ public:
     SensorSelection& selection() { return *selection_; }
     SensorStream& stream() { return *stream_; }
     MonitorViews& views() { return *views_; }
+    OptionsMenu& options() { return *options_; }
+    VoiceMonitor& voiceMonitor() { return *voiceMonitor_; }
+    FaultCodes& faultCodes() { return *faultCodes_; }
+    FrameSpot& frameSpot() { return *frameSpot_; }
+    // 0: speed, 1: water temperature.
+    Alert& alert(int i) { return *alerts_[std::size_t(i)]; }
+    SpeechRecognition& recognition() { return *recognition_; }
 
 private:
     SettingsStore& store_;
@@ -62,4 +76,10 @@ private:
     std::unique_ptr<SensorSelection> selection_;
     std::unique_ptr<SensorStream> stream_;
     std::unique_ptr<MonitorViews> views_;
+    std::unique_ptr<OptionsMenu> options_;
+    std::unique_ptr<VoiceMonitor> voiceMonitor_;
+    std::unique_ptr<FaultCodes> faultCodes_;
+    std::unique_ptr<FrameSpot> frameSpot_;
+    std::array<std::unique_ptr<Alert>, 2> alerts_;
+    std::unique_ptr<SpeechRecognition> recognition_;
 };

@@ -1,5 +1,6 @@
 #include "app/app_core.h"
 #include "app/main_window.h"
+#include "app/options_menu.h"
 #include "app/settings/settings_store.h"
 #include "voice/qt_speech_out.h"
 
@@ -15,6 +16,7 @@ int main(int argc, char* argv[])
     SettingsStore store;
     QtSpeechOut speech;
     AppCore core(store, speech);
+    speech.setWindowsSevenQuery([&core] { return core.options().windowsSeven(); });
     MainWindow window(core);
     core.start();
     window.show();

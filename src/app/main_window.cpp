@@ -1,6 +1,16 @@
 #include "app/main_window.h"
 
 #include "app/app_core.h"
+#include "app/options_menu.h"
+#include "consult/fault_codes.h"
+#include "consult/fault_codes_window.h"
+#include "voice/alert_frame_panel.h"
+#include "voice/alerts.h"
+#include "voice/speech_engines_window.h"
+#include "voice/speech_recognition.h"
+#include "voice/startup_announce_window.h"
+#include "voice/voice_monitor.h"
+#include "voice/voice_types.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
 #include "consult/interface_check_window.h"
@@ -168,22 +178,72 @@ void MainWindow::buildMenus()
     add(view, "ByteViewer", QStringLiteral("Byte Viewer"), [this] { showByteViewer(); });
 
     QMenu* voice = menuBar()->addMenu(tr("V&oice"));
-    QAction* voiceOn = add(voice, "VoiceOn", QStringLiteral("Voice On"), [this] {
-        core_.voice().setVoiceOnChecked(!core_.voice().voiceOnChecked());
-    });
+    VoiceMonitor& vm = core_.voiceMonitor();
+    QAction* voiceOn = add(voice, "VoiceOn", QStringLiteral("Voice On"), [&vm] { vm.ToggleVoiceOn(); });
     voiceOn->setCheckable(true);
     voiceOn->setChecked(core_.voice().voiceOnChecked());
     connect(&core_.voice(), &VoiceGate::voiceOnChanged, voiceOn, &QAction::setChecked);
-    voiceMonitorAction_ = add(voice, "VoiceMonitor", QStringLiteral("Voice Monitor"), [] {});
+    voiceMonitorAction_ = add(voice, "VoiceMonitor", QStringLiteral("Voice Monitor"), [&vm] { vm.VoiceMonitorSwitch(); });
     voiceMonitorAction_->setCheckable(true);
+    QMenu* intervals = voice->addMenu(tr("Voice Monitor Interval"));
+    for (int row = 0; row < int(VoiceMonitor::kIntervals.size()); ++row) {
+        const IntervalItem& it = VoiceMonitor::kIntervals[std::size_t(row)];
+        QAction* a = add(intervals, it.item, QLatin1String(it.caption), [&vm, row] { vm.ChooseInterval(row); });
+        a->setCheckable(true);
+        intervalActions_.append(a);
+    }
+    QMenu* types = voice->addMenu(tr("Voice Type"));
+    for (int row = 0; row < int(kVoiceTypes.size()); ++row) {
+        const VoiceType& t = kVoiceTypes[std::size_t(row)];
+        QAction* a = add(types, t.item, QLatin1String(t.caption), [&vm, row] { vm.ChooseVoiceType(row); });
+        a->setCheckable(true);
+        voiceTypeActions_.append(a);
+    }
+    voice->addSeparator();
+    add(voice, "StartupAnnounce", QStringLiteral("Startup Announce"), [this] { showStartupAnnounce(); });
+    connect(&vm, &VoiceMonitor::checksChanged, this, &MainWindow::refreshChecks);
+
+    QMenu* alerts = menuBar()->addMenu(tr("&Alerts"));
+    for (int i = 0; i < 2; ++i) {
+        Alert& alert = core_.alert(i);
+        add(alerts, alert.spec().menuItem, QLatin1String(alert.spec().menuCaption), [&alert] { alert.ShowFrame(); });
+    }
 
     QMenu* options = menuBar()->addMenu(tr("&Options"));
+    OptionsMenu& om = core_.options();
+    const struct {
+        const char* name;
+        const char* caption;
+        void (OptionsMenu::*choose)();
+        bool (OptionsMenu::*checked)() const;
+    } choices[] = {
+        {"MPH", "MPH", &OptionsMenu::ChooseMph, &OptionsMenu::mph},
+        {"KPH", "KPH", &OptionsMenu::ChooseKph, &OptionsMenu::kph},
+        {"WindowsSeven", "Windows 7", &OptionsMenu::ChooseWindowsSeven, &OptionsMenu::windowsSeven},
+        {"WindowsXP", "Windows XP/Windows Vista", &OptionsMenu::ChooseWindowsXP, &OptionsMenu::windowsXP},
+    };
+    for (const auto& c : choices) {
+        QAction* a = add(options, c.name, QLatin1String(c.caption), [&om, f = c.choose] { (om.*f)(); });
+        a->setCheckable(true);
+        optionChecks_.append({a, c.checked});
+    }
+    connect(&om, &OptionsMenu::changed, this, &MainWindow::refreshChecks);
+    options->addSeparator();
     useConZultAction_ = add(options, "UseConZultInterface", QStringLiteral("Use ConZult Interface"),
                             [&ps] { ps.ToggleUseConZultInterface(); });
     useConZultAction_->setCheckable(true);
     notifyPortsAction_ = add(options, "NotifyPorts", QStringLiteral("Notify When Selecting Ports"),
                              [&ps] { ps.ToggleNotifyPorts(); });
     notifyPortsAction_->setCheckable(true);
+
+    QMenu* extra = menuBar()->addMenu(tr("E&xtra Utilities"));
+    add(extra, "StartVoiceRecognition", QStringLiteral("Start Microsoft Speech Recognition"),
+        [this] { core_.recognition().StartVoiceRecognition(); });
+    add(extra, "SpeechEngines", QStringLiteral("Check or Tweak Installed Speech Engines"),
+        [this] { showSpeechEngines(); });
+
+    QMenu* help = menuBar()->addMenu(tr("&Help"));
+    add(help, "FaultCodes", QStringLiteral("Fault Codes"), [this] { showFaultCodes(); });
 
 }
 
@@ -207,9 +267,9 @@ QWidget* MainWindow::buildClientArea()
     } mainButtons[] = {
         {"Connect/Disconnect", [&s] { s.ConnectDisconnect(); }},
         {"Monitor On/Off", [&stream] { stream.MonitorOnOff(); }},
-        {"Voice On/Off", [] {}},
-        {"Get Fault Codes", [] {}},
-        {"Clear Fault Codes", [] {}},
+        {"Voice On/Off", [this] { core_.voiceMonitor().VoiceMonitorSwitch(); }},
+        {"Get Fault Codes", [this] { core_.faultCodes().GetFaultCodes(); }},
+        {"Clear Fault Codes", [this] { core_.faultCodes().ClearFaultCodes(); }},
     };
     for (const auto& b : mainButtons) {
         auto* button = new QPushButton(QString::fromLatin1(b.caption), client);
@@ -229,6 +289,15 @@ QWidget* MainWindow::buildClientArea()
     side->setContentsMargins(0, 0, 0, 0);
     sideBox->setFixedWidth(px(2700));
     h->addWidget(sideBox);
+
+    // The alert frames (and the colour frame) share one spot: over the foot of the session log.
+    for (int i = 0; i < 2; ++i) {
+        auto* frame = new AlertFramePanel(core_.alert(i), client);
+        connect(&core_.alert(i), &Alert::message, this, [this](const QString& t) { MessageBoxes::notify(this, t); });
+        sharedSpotFrames_.append(frame);
+    }
+    connect(&core_.frameSpot(), &FrameSpot::changed, this, &MainWindow::placeSharedSpotFrames);
+    sensorPanel_->installEventFilter(this);
 
     // The large view lies over the all-sensors panel when chosen.
     largeViewer_ = new LargeViewPanel(core_.displays(), client);
@@ -371,6 +440,12 @@ void MainWindow::refreshPortRows()
 
 void MainWindow::refreshChecks()
 {
+    for (int row = 0; row < intervalActions_.size(); ++row)
+        intervalActions_[row]->setChecked(row == core_.voiceMonitor().checkedInterval());
+    for (int row = 0; row < voiceTypeActions_.size(); ++row)
+        voiceTypeActions_[row]->setChecked(row == core_.voiceMonitor().checkedVoiceType());
+    for (const auto& [action, checked] : optionChecks_)
+        action->setChecked((core_.options().*checked)());
     useConZultAction_->setChecked(core_.portSelection().useConZultChecked());
     notifyPortsAction_->setChecked(core_.portSelection().notifyPortsChecked());
 }
@@ -411,6 +486,50 @@ void MainWindow::showByteViewer()
         byteViewer_ = new ByteViewerWindow(core_.byteViewer(), this);
     byteViewer_->show();
     byteViewer_->raise();
+}
+
+void MainWindow::placeSharedSpotFrames()
+{
+    // The spot: the lower right of the all-sensors panel, above its bars.
+    const QRect panel = sensorPanel_->geometry();
+    for (QWidget* frame : sharedSpotFrames_) {
+        const QSize hint = frame->sizeHint();
+        const int w = qMax(hint.width(), 300);
+        frame->setGeometry(panel.right() - w - 8, panel.bottom() - hint.height() - 8, w, hint.height());
+        if (frame->isVisible())
+            frame->raise();
+    }
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == sensorPanel_ && (event->type() == QEvent::Resize || event->type() == QEvent::Move))
+        placeSharedSpotFrames();
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::showStartupAnnounce()
+{
+    if (!startupAnnounce_)
+        startupAnnounce_ = new StartupAnnounceWindow(core_.store(), core_.voice().out(), this);
+    startupAnnounce_->open();
+}
+
+void MainWindow::showFaultCodes()
+{
+    if (!faultCodesWindow_)
+        faultCodesWindow_ = new FaultCodesWindow(this);
+    faultCodesWindow_->show();
+    faultCodesWindow_->raise();
+}
+
+void MainWindow::showSpeechEngines()
+{
+    if (!speechEngines_)
+        speechEngines_ = new SpeechEnginesWindow(this);
+    speechEngines_->reload();
+    speechEngines_->show();
+    speechEngines_->raise();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

@@ -16,6 +16,10 @@ class InterfaceCheckWindow;
 class LargeViewPanel;
 class DashWindow;
 class ByteViewerWindow;
+class StartupAnnounceWindow;
+class FaultCodesWindow;
+class SpeechEnginesWindow;
+class OptionsMenu;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -32,10 +36,14 @@ public:
     InterfaceCheckWindow* interfaceCheckWindow() const { return interfaceCheck_; }
     DashWindow* dashWindow() const { return dash_; }
     ByteViewerWindow* byteViewerWindow() const { return byteViewer_; }
+    StartupAnnounceWindow* startupAnnounceWindow() const { return startupAnnounce_; }
+    FaultCodesWindow* faultCodesWindow() const { return faultCodesWindow_; }
+    SpeechEnginesWindow* speechEnginesWindow() const { return speechEngines_; }
     LargeViewPanel* largeViewer() const { return largeViewer_; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void buildMenus();
@@ -50,6 +58,10 @@ private:
     void showDash();
     void showByteViewer();
     void refreshViews();
+    void showStartupAnnounce();
+    void showFaultCodes();
+    void showSpeechEngines();
+    void placeSharedSpotFrames();
 
     AppCore& core_;
     QMenu* consultMenu_ = nullptr;
@@ -75,4 +87,11 @@ private:
     ByteViewerWindow* byteViewer_ = nullptr;
     QAction* viewAllAction_ = nullptr;
     QAction* largeViewAction_ = nullptr;
+    StartupAnnounceWindow* startupAnnounce_ = nullptr;
+    FaultCodesWindow* faultCodesWindow_ = nullptr;
+    SpeechEnginesWindow* speechEngines_ = nullptr;
+    QList<QWidget*> sharedSpotFrames_;
+    QList<QAction*> intervalActions_;
+    QList<QAction*> voiceTypeActions_;
+    QList<std::pair<QAction*, bool (OptionsMenu::*)() const>> optionChecks_;
 };

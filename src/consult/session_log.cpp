@@ -7,6 +7,13 @@ void SessionLog::AddLogMessage(const QString& message)
     emit messageAdded(message);
 }
 
+void SessionLog::AddLogLine(const QString& line)
+{
+    text_ += QStringLiteral("\r\n") + line;
+    messages_.append(line);
+    emit messageAdded(line);
+}
+
 void SessionLog::clear()
 {
     text_.clear();

@@ -11,6 +11,8 @@ public:
 
     // Old text, CR LF, the message, CR LF; the caret then stands at the end.
     void AddLogMessage(const QString& message);
+    // The one-break form: old text, CR LF, the line, and nothing behind it.
+    void AddLogLine(const QString& line);
     void clear();
     const QString& text() const { return text_; }
     // The messages in order, without the line breaks.

@@ -26,6 +26,18 @@ void information(QWidget* parent, const QString& text)
     show(parent, text, QStringLiteral("Vexorin"), false);
 }
 
+void notify(QWidget* parent, const QString& text)
+{
+    if (presenter()) {
+        presenter()(text, QStringLiteral("Vexorin"), false);
+        return;
+    }
+    auto* box = new QMessageBox(QMessageBox::NoIcon, QStringLiteral("Vexorin"), text, QMessageBox::Ok, parent);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setModal(false);
+    box->show();
+}
+
 void critical(QWidget* parent, const QString& text, const QString& title)
 {
     show(parent, text, title, true);

@@ -4,6 +4,7 @@
 #include "app/main_window.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
+#include "consult/fault_codes.h"
 #include "consult/port_selection.h"
 #include "consult/session_log.h"
 #include "consult/wire.h"
@@ -39,6 +40,7 @@ private slots:
     void closedPtyGivesMessage();
     void portInUseGivesMessage();
     void pulledOutWhileConnectedDisconnects();
+    void faultCodesReadAndCleared();
 
 private:
     QStringList boxes;
@@ -154,6 +156,25 @@ void PtySessionTest::pulledOutWhileConnectedDisconnects()
         lostLine = lostLine || m.startsWith(QStringLiteral(": Consult port lost ("));
     QVERIFY2(lostLine, qPrintable(core.log().messages().join(QLatin1Char('|'))));
     QCOMPARE(core.panels().text(1), QStringLiteral("Consult Port Disconnected"));
+}
+
+void PtySessionTest::faultCodesReadAndCleared()
+{
+    PtyRig r({QStringLiteral("--faults"), QStringLiteral("11:3,34:1")});
+    QVERIFY(r.start());
+    AppCore& core = *r.core;
+    core.session().ConnectDisconnect();
+    QTRY_COMPARE_WITH_TIMEOUT(core.session().ConnectedLabel(), QStringLiteral("Connected"), 5000);
+    QTRY_VERIFY_WITH_TIMEOUT(!core.session().GetSerialNumberKValue.isActive(), 5000);
+    r.speech.clear();
+    core.faultCodes().GetFaultCodes();
+    QCOMPARE(core.session().FaultCodeList(), QStringLiteral(" 11  34 "));
+    QVERIFY(core.log().messages().contains(QStringLiteral(": Code 34, Detonation Sensor Circuit.")));
+    QVERIFY(r.speech.spoken().last().contains(QStringLiteral("Code 34, detonation sensor circuit.")));
+    core.faultCodes().ClearFaultCodes();
+    QTest::qWait(100);
+    core.faultCodes().GetFaultCodes();
+    QCOMPARE(core.session().FaultCodeList(), QStringLiteral(" 55 "));
 }
 
 QTEST_MAIN(PtySessionTest)

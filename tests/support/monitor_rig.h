@@ -63,8 +63,14 @@ struct MonitorRig : SessionHarness {
         connectAndHandshake();
         session.GetSerialNumberKValue.stop();
     }
-    void setFrame(const FrameData& d) { ecu->replies[allSensorsRequestKey()] = allSensorsReply(d); }
-    void setReply(const QByteArray& r) { ecu->replies[allSensorsRequestKey()] = r; }
+    void setFrame(const FrameData& d) { setReply(allSensorsReply(d)); }
+    // The reply of the all-sensor read, now and for later connections.
+    void setReply(const QByteArray& r)
+    {
+        replies[allSensorsRequestKey()] = r;
+        if (ecu)
+            ecu->replies[allSensorsRequestKey()] = r;
+    }
 
     SensorDisplays displays;
     SensorSelection selection;

@@ -1,0 +1,40 @@
+// The unit and operating system items of the Options menu: "MPH" or "KPH"
+// (the unit the voice says after the speed), "Windows 7" or "Windows
+// XP/Windows Vista" (which column of voice indices is in force).
+#pragma once
+
+#include <QObject>
+
+class SettingsStore;
+
+class OptionsMenu : public QObject {
+    Q_OBJECT
+public:
+    explicit OptionsMenu(SettingsStore& store, QObject* parent = nullptr);
+
+    bool mph() const { return mph_; }
+    bool kph() const { return kph_; }
+    bool windowsSeven() const { return windowsSeven_; }
+    bool windowsXP() const { return windowsXP_; }
+
+    void ChooseMph();
+    void ChooseKph();
+    void ChooseWindowsSeven();
+    void ChooseWindowsXP();
+
+    // The stored choices as start-up applies them: "True" and "False" decide, anything else leaves the design.
+    void restore();
+
+    // Test access to the check marks, as a menu click would leave them.
+    void setChecks(bool mph, bool kph, bool seven, bool xp);
+
+signals:
+    void changed();
+
+private:
+    SettingsStore& store_;
+    bool mph_ = true;
+    bool kph_ = false;
+    bool windowsSeven_ = false;
+    bool windowsXP_ = true;
+};
