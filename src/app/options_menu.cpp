@@ -14,60 +14,35 @@ OptionsMenu::OptionsMenu(SettingsStore& store, QObject* parent)
 {
 }
 
-void OptionsMenu::ChooseMph()
+// Checks one item of a pair, unchecks the other, and writes both: the checked one first.
+void OptionsMenu::choose(bool& on, bool& off, const SettingKey& onKey, const SettingKey& offKey)
 {
-    mph_ = true;
-    kph_ = false;
-    writeSetting(store_, Settings::Mph, text(true));
-    writeSetting(store_, Settings::Kph, text(false));
+    on = true;
+    off = false;
+    writeSetting(store_, onKey, text(true));
+    writeSetting(store_, offKey, text(false));
     emit changed();
 }
 
-void OptionsMenu::ChooseKph()
-{
-    kph_ = true;
-    mph_ = false;
-    writeSetting(store_, Settings::Kph, text(true));
-    writeSetting(store_, Settings::Mph, text(false));
-    emit changed();
-}
+void OptionsMenu::ChooseMph() { choose(mph_, kph_, Settings::Mph, Settings::Kph); }
+void OptionsMenu::ChooseKph() { choose(kph_, mph_, Settings::Kph, Settings::Mph); }
+void OptionsMenu::ChooseWindowsSeven() { choose(windowsSeven_, windowsXP_, Settings::WindowsSeven, Settings::WindowsXP); }
+void OptionsMenu::ChooseWindowsXP() { choose(windowsXP_, windowsSeven_, Settings::WindowsXP, Settings::WindowsSeven); }
 
-void OptionsMenu::ChooseWindowsSeven()
+// "True" checks the first item of the pair, "False" the second; anything else leaves both.
+void OptionsMenu::restorePair(bool& first, bool& second, const SettingKey& key)
 {
-    windowsSeven_ = true;
-    windowsXP_ = false;
-    writeSetting(store_, Settings::WindowsSeven, text(true));
-    writeSetting(store_, Settings::WindowsXP, text(false));
-    emit changed();
-}
-
-void OptionsMenu::ChooseWindowsXP()
-{
-    windowsXP_ = true;
-    windowsSeven_ = false;
-    writeSetting(store_, Settings::WindowsXP, text(true));
-    writeSetting(store_, Settings::WindowsSeven, text(false));
-    emit changed();
+    const QString v = readSetting(store_, key);
+    if (v == QLatin1String("True") || v == QLatin1String("False")) {
+        first = v == QLatin1String("True");
+        second = !first;
+    }
 }
 
 void OptionsMenu::restore()
 {
-    const QString mph = readSetting(store_, Settings::Mph);
-    if (mph == QLatin1String("True")) {
-        mph_ = true;
-        kph_ = false;
-    } else if (mph == QLatin1String("False")) {
-        mph_ = false;
-        kph_ = true;
-    }
-    const QString seven = readSetting(store_, Settings::WindowsSeven);
-    if (seven == QLatin1String("True")) {
-        windowsSeven_ = true;
-        windowsXP_ = false;
-    } else if (seven == QLatin1String("False")) {
-        windowsSeven_ = false;
-        windowsXP_ = true;
-    }
+    restorePair(mph_, kph_, Settings::Mph);
+    restorePair(windowsSeven_, windowsXP_, Settings::WindowsSeven);
     emit changed();
 }
 

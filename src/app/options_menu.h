@@ -6,6 +6,7 @@
 #include <QObject>
 
 class SettingsStore;
+struct SettingKey;
 
 class OptionsMenu : public QObject {
     Q_OBJECT
@@ -32,6 +33,9 @@ signals:
     void changed();
 
 private:
+    void choose(bool& on, bool& off, const SettingKey& onKey, const SettingKey& offKey);
+    void restorePair(bool& first, bool& second, const SettingKey& key);
+
     SettingsStore& store_;
     bool mph_ = true;
     bool kph_ = false;

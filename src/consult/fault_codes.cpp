@@ -37,16 +37,23 @@ FaultCodes::FaultCodes(ConsultSession& session, QObject* parent)
 {
 }
 
-void FaultCodes::GetFaultCodes()
+bool FaultCodes::refused()
 {
     if (session_.ConnectedLabel() == QLatin1String("Disconnected")) {
         emit session_.message(QStringLiteral("Consult port not connected."));
-        return;
+        return true;
     }
     if (session_.MonitorSensorsOnLabel() == QLatin1String("ON")) {
         emit session_.message(QStringLiteral("Sensor monitoring must be off."));
-        return;
+        return true;
     }
+    return false;
+}
+
+void FaultCodes::GetFaultCodes()
+{
+    if (refused())
+        return;
     session_.setFaultCodeList(QString());
     response_.clear();
     session_.log().AddLogMessage(QStringLiteral(": Requesting fault codes."));
@@ -86,14 +93,8 @@ void FaultCodes::ReadFaultCodes()
 
 void FaultCodes::ClearFaultCodes()
 {
-    if (session_.ConnectedLabel() == QLatin1String("Disconnected")) {
-        emit session_.message(QStringLiteral("Consult port not connected."));
+    if (refused())
         return;
-    }
-    if (session_.MonitorSensorsOnLabel() == QLatin1String("ON")) {
-        emit session_.message(QStringLiteral("Sensor monitoring must be off."));
-        return;
-    }
     session_.setFaultCodeList(QString());
     session_.log().AddLogMessage(QStringLiteral(": Sending request to clear fault codes."));
     session_.log().AddLogMessage(QStringLiteral(": Fault codes successfully cleared."));

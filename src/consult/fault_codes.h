@@ -33,6 +33,9 @@ public:
     void ClearFaultCodes();
 
 private:
+    // The two refusals both buttons share, with their message.
+    bool refused();
+
     ConsultSession& session_;
     QString response_;
 };
