@@ -1,8 +1,10 @@
 #include "app/app_core.h"
 
 #include "app/options_menu.h"
-#include "app/settings/settings_store.h"
+#include "app/settings/settings_access.h"
 #include "consult/fault_codes.h"
+#include "graph/graph_control.h"
+#include "graph/graph_feed.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
 #include "consult/port_selection.h"
@@ -44,6 +46,10 @@ AppCore::AppCore(SettingsStore& store, SpeechOut& speech, QObject* parent)
     alerts_[0] = std::make_unique<Alert>(kAlerts[0], FrameSpot::SpeedAlert, *displays_, *voice_, store_, *frameSpot_);
     alerts_[1] = std::make_unique<Alert>(kAlerts[1], FrameSpot::WaterAlert, *displays_, *voice_, store_, *frameSpot_);
     recognition_ = std::make_unique<SpeechRecognition>();
+    graph_ = std::make_unique<GraphControl>(vexorin::graph::GraphSettings::mainWindow());
+    graphFeed_ = std::make_unique<GraphFeed>(*graph_, *displays_, *session_);
+    selection_->setGraphMaximumHook([this](int max) { graphFeed_->setGraphMaximum(max); });
+    stream_->setGraphTestStopHook([this] { graphFeed_->stopGraphTest(); });
 
     const QLocale locale;
     stream_->setNumberSymbols({locale.decimalPoint().toStdString(), locale.groupSeparator().toStdString()});
@@ -56,6 +62,10 @@ AppCore::~AppCore()
 
 void AppCore::start()
 {
+    graphFeed_->addFirstPoint(0);  // the hidden scroll bar's value
+    // Graph colours: a missing setting reads as colour 0.
+    graph_->setPointColor(readSetting(store_, Settings::Graph1PointColor).toUInt());
+    graph_->setBarColor(readSetting(store_, Settings::Graph1BarColor).toUInt());
     for (auto& a : alerts_)
         a->restore();
     options_->restore();

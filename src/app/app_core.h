@@ -29,6 +29,8 @@ class FaultCodes;
 class FrameSpot;
 class Alert;
 class SpeechRecognition;
+class GraphControl;
+class GraphFeed;
 
 class AppCore : public QObject {
     Q_OBJECT
@@ -61,6 +63,9 @@ public:
     // 0: speed, 1: water temperature.
     Alert& alert(int i) { return *alerts_[std::size_t(i)]; }
     SpeechRecognition& recognition() { return *recognition_; }
+    // Graph1 of the main window and its feed.
+    GraphControl& graph() { return *graph_; }
+    GraphFeed& graphFeed() { return *graphFeed_; }
 
 private:
     SettingsStore& store_;
@@ -82,4 +87,6 @@ private:
     std::unique_ptr<FrameSpot> frameSpot_;
     std::array<std::unique_ptr<Alert>, 2> alerts_;
     std::unique_ptr<SpeechRecognition> recognition_;
+    std::unique_ptr<GraphControl> graph_;
+    std::unique_ptr<GraphFeed> graphFeed_;
 };

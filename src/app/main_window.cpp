@@ -4,6 +4,12 @@
 #include "app/options_menu.h"
 #include "consult/fault_codes.h"
 #include "consult/fault_codes_window.h"
+#include "graph/graph_control.h"
+#include "graph/graph_feed.h"
+#include "graph/graph_test_window.h"
+#include "graph/graph_widget.h"
+#include "sensors/sensor_displays.h"
+#include "ui/color_picker_widget.h"
 #include "voice/alert_frame_panel.h"
 #include "voice/alerts.h"
 #include "voice/speech_engines_window.h"
@@ -28,6 +34,7 @@
 #include "voice/voice_gate.h"
 
 #include <QActionGroup>
+#include <QCheckBox>
 #include <QCloseEvent>
 #include <QDateTime>
 #include <QGridLayout>
@@ -125,6 +132,7 @@ MainWindow::MainWindow(AppCore& core, QWidget* parent)
     refreshPortRows();
     refreshChecks();
     refreshViews();
+    refreshGraphControls();
 }
 
 MainWindow::~MainWindow() = default;
@@ -203,6 +211,19 @@ void MainWindow::buildMenus()
     add(voice, "StartupAnnounce", QStringLiteral("Startup Announce"), [this] { showStartupAnnounce(); });
     connect(&vm, &VoiceMonitor::checksChanged, this, &MainWindow::refreshChecks);
 
+    QMenu* graph = menuBar()->addMenu(tr("&Graph"));
+    GraphFeed& gf = core_.graphFeed();
+    showLinesAction_ = add(graph, "ShowLines", QStringLiteral("Show Lines"), [&gf] { gf.ToggleShowLines(); });
+    showLinesAction_->setCheckable(true);
+    threeDAction_ = add(graph, "ThreeD", QStringLiteral("3 D"), [&gf] { gf.ToggleThreeD(); });
+    threeDAction_->setCheckable(true);
+    QMenu* sensorGraph = graph->addMenu(QStringLiteral("Sensor Graph"));
+    sensorGraph->menuAction()->setObjectName(QStringLiteral("SensorGraph"));
+    add(sensorGraph, "BarStyle", QStringLiteral("Bar Style"), [] {});
+    add(sensorGraph, "LineStyle", QStringLiteral("Line Style"), [] {});
+    graph->addSeparator();
+    add(graph, "GraphTest", QStringLiteral("Graph Test"), [this] { showGraphTest(); });
+
     QMenu* alerts = menuBar()->addMenu(tr("&Alerts"));
     for (int i = 0; i < 2; ++i) {
         Alert& alert = core_.alert(i);
@@ -252,9 +273,12 @@ QWidget* MainWindow::buildClientArea()
     auto* client = new QWidget;
     client->setObjectName(QStringLiteral("ClientArea"));
     auto* h = new QHBoxLayout(client);
+    auto* left = new QVBoxLayout;
     sensorPanel_ = new SensorPanel(core_.displays(), client);
     connect(sensorPanel_, &SensorPanel::sensorButtonClicked, &core_.selection(), &SensorSelection::SelectSensor);
-    h->addWidget(sensorPanel_, 1);
+    left->addWidget(sensorPanel_, 1);
+    left->addWidget(buildGraphFrame());
+    h->addLayout(left, 1);
 
     // Beside the panel: the status block, the five main buttons and the session log.
     auto* side = new QVBoxLayout;
@@ -305,6 +329,72 @@ QWidget* MainWindow::buildClientArea()
                               px(LargeViewPanel::kHeight));
     largeViewer_->hide();
     return client;
+}
+
+QWidget* MainWindow::buildGraphFrame()
+{
+    auto* frame = new QWidget;
+    frame->setObjectName(QStringLiteral("GraphFrame"));
+    auto* h = new QHBoxLayout(frame);
+    h->setContentsMargins(0, 0, 0, 0);
+    graphWidget_ = new GraphWidget(core_.graph(), frame);
+    graphWidget_->setFixedHeight(96);
+    h->addWidget(graphWidget_, 1);
+
+    GraphFeed& feed = core_.graphFeed();
+    auto* controls = new QGridLayout;
+    controls->setVerticalSpacing(2);
+    graphSensorLabel_ = new QLabel(frame);
+    graphSensorLabel_->setObjectName(QStringLiteral("GraphSensorLabel"));
+    QFont f = graphSensorLabel_->font();
+    f.setBold(true);
+    graphSensorLabel_->setFont(f);
+    controls->addWidget(graphSensorLabel_, 0, 0, 1, 2);
+    auto* onOff = new QPushButton(QStringLiteral("Graph ON/OFF"), frame);
+    onOff->setObjectName(QStringLiteral("GraphOnOffButton"));
+    connect(onOff, &QPushButton::clicked, &feed, &GraphFeed::GraphOnOff);
+    graphOnLabel_ = new QLabel(frame);
+    graphOnLabel_->setObjectName(QStringLiteral("GraphOnLabel"));
+    controls->addWidget(onOff, 1, 0);
+    controls->addWidget(graphOnLabel_, 1, 1);
+    showPointsBox_ = new QCheckBox(QStringLiteral("Show Points"), frame);
+    showPointsBox_->setChecked(core_.graph().settings().ShowPoints);
+    connect(showPointsBox_, &QCheckBox::clicked, &feed, &GraphFeed::ShowPointsClicked);
+    controls->addWidget(showPointsBox_, 2, 0, 1, 2);
+    dataColor_ = new ColorPicker(QStringLiteral("Data Color"), frame);
+    pointColor_ = new ColorPicker(QStringLiteral("Point Color"), frame);
+    connect(dataColor_, &ColorPicker::colorPicked, &core_.graph(), &GraphControl::setBarColor);
+    connect(pointColor_, &ColorPicker::colorPicked, &core_.graph(), &GraphControl::setPointColor);
+    for (ColorPicker* picker : {dataColor_, pointColor_})
+        picker->setRefusalHandler([this](const QString& t) { MessageBoxes::information(this, t); });
+    controls->addWidget(dataColor_, 3, 0);
+    controls->addWidget(pointColor_, 3, 1);
+    h->addLayout(controls);
+    connect(&feed, &GraphFeed::changed, this, &MainWindow::refreshGraphControls);
+    connect(&core_.displays(), &SensorDisplays::selectionChanged, this, &MainWindow::refreshGraphControls);
+    connect(&core_.graph(), &GraphControl::painted, this, &MainWindow::refreshGraphControls);
+    return frame;
+}
+
+void MainWindow::refreshGraphControls()
+{
+    graphSensorLabel_->setText(core_.displays().graphSensorLabel());
+    graphOnLabel_->setText(core_.graphFeed().GraphOnLabel());
+    dataColor_->setColor(core_.graph().settings().BarColor);
+    pointColor_->setColor(core_.graph().settings().PointColor);
+    if (showLinesAction_) {
+        showLinesAction_->setChecked(core_.graphFeed().showLinesChecked());
+        threeDAction_->setChecked(core_.graphFeed().threeDChecked());
+    }
+}
+
+void MainWindow::showGraphTest()
+{
+    if (!graphTest_)
+        graphTest_ = new GraphTestWindow(core_.graphFeed(), this);
+    core_.graphFeed().showGraphTest();
+    graphTest_->show();
+    graphTest_->raise();
 }
 
 QWidget* MainWindow::buildStatusBlock()
@@ -359,6 +449,10 @@ QWidget* MainWindow::buildServicePanel()
         connect(button, &QPushButton::clicked, &s, b.action);
         b.layout->addWidget(button);
     }
+    auto* preset = new QPushButton(QStringLiteral("Graph ON/OFF"), panel);
+    preset->setObjectName(QStringLiteral("GraphPresetButton"));
+    connect(preset, &QPushButton::clicked, this, [this] { core_.graphFeed().GraphPreset(1); });
+    ml->addWidget(preset);
     h->addWidget(timers);
     h->addWidget(misc);
     return panel;

