@@ -5,6 +5,7 @@
 #include "consult/fault_codes.h"
 #include "graph/graph_control.h"
 #include "graph/graph_feed.h"
+#include "logging/log_capture.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
 #include "consult/port_selection.h"
@@ -50,6 +51,8 @@ AppCore::AppCore(SettingsStore& store, SpeechOut& speech, QObject* parent)
     graphFeed_ = std::make_unique<GraphFeed>(*graph_, *displays_, *session_);
     selection_->setGraphMaximumHook([this](int max) { graphFeed_->setGraphMaximum(max); });
     stream_->setGraphTestStopHook([this] { graphFeed_->stopGraphTest(); });
+    capture_ = std::make_unique<LogCapture>(store_, *log_);
+    stream_->setLogSink(capture_.get());
 
     const QLocale locale;
     stream_->setNumberSymbols({locale.decimalPoint().toStdString(), locale.groupSeparator().toStdString()});
@@ -82,6 +85,8 @@ void AppCore::start()
 
 void AppCore::shutdown()
 {
+    if (capture_)
+        capture_->close();  // the log first: capture ends with the program
     if (link_ && link_->PortOpen())
         session_->ConnectDisconnect();
 }

@@ -31,6 +31,7 @@ class Alert;
 class SpeechRecognition;
 class GraphControl;
 class GraphFeed;
+class LogCapture;
 
 class AppCore : public QObject {
     Q_OBJECT
@@ -66,6 +67,7 @@ public:
     // Graph1 of the main window and its feed.
     GraphControl& graph() { return *graph_; }
     GraphFeed& graphFeed() { return *graphFeed_; }
+    LogCapture& capture() { return *capture_; }
 
 private:
     SettingsStore& store_;
@@ -89,4 +91,5 @@ private:
     std::unique_ptr<SpeechRecognition> recognition_;
     std::unique_ptr<GraphControl> graph_;
     std::unique_ptr<GraphFeed> graphFeed_;
+    std::unique_ptr<LogCapture> capture_;
 };

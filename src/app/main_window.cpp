@@ -8,6 +8,9 @@
 #include "graph/graph_feed.h"
 #include "graph/graph_test_window.h"
 #include "graph/graph_widget.h"
+#include "logging/log_capture.h"
+#include "logging/log_player_window.h"
+#include "ui/common_dialog.h"
 #include "sensors/sensor_displays.h"
 #include "ui/color_picker_widget.h"
 #include "voice/alert_frame_panel.h"
@@ -154,6 +157,17 @@ void MainWindow::buildMenus()
     PortSelection& ps = core_.portSelection();
 
     QMenu* file = menuBar()->addMenu(tr("&File"));
+    captureAction_ = add(file, "Capturetologfile", QStringLiteral("Capture to log file"), [this] {
+        core_.capture().CapturetologfileClicked([this](const QString& initial) {
+            return mCommonDialog::saveFileName(this, QStringLiteral(".log"), QStringLiteral("LOG Files (*.log)|*.log"),
+                                               initial);
+        });
+    });
+    captureAction_->setCheckable(true);
+    connect(&core_.capture(), &LogCapture::checkedChanged, captureAction_, &QAction::setChecked);
+    connect(captureAction_, &QAction::triggered, this,
+            [this] { captureAction_->setChecked(core_.capture().checked()); });
+    file->addSeparator();
     add(file, "Exit", tr("Exit"), [this] { close(); });
 
     consultMenu_ = menuBar()->addMenu(tr("&Consult"));
@@ -223,6 +237,9 @@ void MainWindow::buildMenus()
     add(sensorGraph, "LineStyle", QStringLiteral("Line Style"), [] {});
     graph->addSeparator();
     add(graph, "GraphTest", QStringLiteral("Graph Test"), [this] { showGraphTest(); });
+
+    QMenu* tools = menuBar()->addMenu(tr("&Tools"));
+    add(tools, "LogPlayer", QStringLiteral("Log Player"), [this] { showLogPlayer(); });
 
     QMenu* alerts = menuBar()->addMenu(tr("&Alerts"));
     for (int i = 0; i < 2; ++i) {
@@ -600,6 +617,14 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event)
     if (watched == sensorPanel_ && (event->type() == QEvent::Resize || event->type() == QEvent::Move))
         placeSharedSpotFrames();
     return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::showLogPlayer()
+{
+    if (!logPlayer_)
+        logPlayer_ = new LogPlayerWindow(this);
+    logPlayer_->show();
+    logPlayer_->raise();
 }
 
 void MainWindow::showStartupAnnounce()

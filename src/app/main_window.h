@@ -24,6 +24,7 @@ class GraphWidget;
 class GraphTestWindow;
 class ColorPicker;
 class QCheckBox;
+class LogPlayerWindow;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -46,6 +47,7 @@ public:
     LargeViewPanel* largeViewer() const { return largeViewer_; }
     GraphTestWindow* graphTestWindow() const { return graphTest_; }
     GraphWidget* graphWidget() const { return graphWidget_; }
+    LogPlayerWindow* logPlayerWindow() const { return logPlayer_; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -58,6 +60,7 @@ private:
     QWidget* buildGraphFrame();
     void refreshGraphControls();
     void showGraphTest();
+    void showLogPlayer();
     QWidget* buildServicePanel();
     void buildStatusBar();
     void refreshLabels();
@@ -109,6 +112,8 @@ private:
     QAction* showLinesAction_ = nullptr;
     QAction* threeDAction_ = nullptr;
     GraphTestWindow* graphTest_ = nullptr;
+    LogPlayerWindow* logPlayer_ = nullptr;
+    QAction* captureAction_ = nullptr;
     QList<QAction*> intervalActions_;
     QList<QAction*> voiceTypeActions_;
     QList<std::pair<QAction*, bool (OptionsMenu::*)() const>> optionChecks_;

@@ -44,6 +44,7 @@ SensorReading convert(SensorId id, int hi, int lo, const NumberSymbols& symbols)
     case TextForm::TwoDecimals:
         r.text = twoDecimalText(value.hundredthsHalfUp(), symbols);
         r.value = r.text;
+        r.numeric = false;
         break;
     }
     r.number = s.form == TextForm::TwoDecimals ? Milli(value.hundredthsHalfUp() * 10) : value;

@@ -59,6 +59,7 @@ struct SensorReading {
     std::string text;    // what the sensor's label shows
     int barPosition = 0;
     Milli number;        // `value` as a number (the rounded one for a two-decimal sensor)
+    bool numeric = true; // false when `value` is the finished two-decimal text
 };
 
 // The reading of a two-byte sensor whose high byte is above 3: nothing is

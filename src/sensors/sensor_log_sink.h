@@ -10,6 +10,6 @@ public:
     virtual bool capturing() const = 0;
     // The date and time line that opens a frame.
     virtual void writeDateTimeLine() = 0;
-    // One value, the next line of the frame.
-    virtual void writeValue(const QString& value) = 0;
+    // One value, the next line of the frame: a number, or a finished text (the two-decimal sensors).
+    virtual void writeValue(const QString& value, bool numeric) = 0;
 };

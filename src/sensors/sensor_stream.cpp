@@ -168,5 +168,5 @@ void SensorStream::showSensor(SensorId id, int hi, int lo, bool capturing)
         displays_.setLargeBar(int(r.number.roundHalfEven()));
     }
     if (capturing)
-        logSink_->writeValue(value);
+        logSink_->writeValue(value, r.numeric);
 }

@@ -292,8 +292,8 @@ void SensorStreamTest::logGetsWholeFrames()
     r.sink.on = true;
     r.setFrame(typicalFrame());
     r.stream.ReadAllSensors();
-    const QStringList expected{QStringLiteral("<date>"), "37.2", "1012.5", "0.46", "1.01", "0.45", "0.46",
-                               "3", "14", "30.5", "176", "104", "12.00", "100"};
+    const QStringList expected{QStringLiteral("<date>"), "37.2", "1012.5", "T:0.46", "T:1.01", "T:0.45", "T:0.46",
+                               "3", "14", "30.5", "176", "104", "T:12.00", "100"};
     QCOMPARE(r.sink.lines, expected);
     r.sink.on = false;
     r.stream.ReadAllSensors();

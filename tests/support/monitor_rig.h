@@ -17,7 +17,7 @@ struct RecordingLogSink : SensorLogSink {
     QStringList lines;
     bool capturing() const override { return on; }
     void writeDateTimeLine() override { lines.append(QStringLiteral("<date>")); }
-    void writeValue(const QString& v) override { lines.append(v); }
+    void writeValue(const QString& v, bool numeric) override { lines.append(numeric ? v : QStringLiteral("T:") + v); }
 };
 
 // The request of the all-sensor stream without its closing CmdGo.

@@ -1,0 +1,48 @@
+// "Vexorin Log Player": a log file replayed on bars and labels.
+#pragma once
+
+#include <QWidget>
+#include <array>
+
+class GradientBar;
+class LogPlayer;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+class LogPlayerWindow : public QWidget {
+    Q_OBJECT
+public:
+    static constexpr int kWidthTwips = 5760, kHeightTwips = 11355;
+
+    explicit LogPlayerWindow(QWidget* parent = nullptr);
+    ~LogPlayerWindow() override;
+
+    LogPlayer& player() { return *player_; }
+    QLabel* valueLabel(int index) const { return labels_[std::size_t(index - 14)]; }
+    GradientBar* bar(int index) const { return bars_[std::size_t(index)]; }
+    QPushButton* button(const QString& caption) const;
+    QLineEdit* pathBox() const { return path_; }
+    QLineEdit* positionBox() const { return position_; }
+    QLineEdit* counterBox() const { return counter_; }
+    // The picture box that holds the last snapshot.
+    QLabel* snapshotPicture() const { return picture_; }
+
+    void loadFile();        // "Load File"
+    void openLogFileMenu(); // menu item "Open Log File"
+    void snapshot();        // "Snapshot"
+
+protected:
+    void closeEvent(QCloseEvent* e) override;
+
+private:
+    void refresh();
+
+    LogPlayer* player_;
+    QLineEdit* path_;
+    QLineEdit* position_;
+    QLineEdit* counter_;
+    QLabel* picture_;
+    std::array<QLabel*, 14> labels_{};
+    std::array<GradientBar*, 13> bars_{};
+};
