@@ -14,6 +14,7 @@
 #include "ui/color_picker_widget.h"
 #include "ui/message_box.h"
 #include "voice/recording_speech_out.h"
+#include "app_rig.h"
 #include "widget_helpers.h"
 
 #include <QAction>
@@ -37,20 +38,14 @@ private:
 };
 
 namespace {
-struct App {
-    App() : core(*settings.store, speech)
+// The main window with the graph colours stored, as a user who picked them once has them.
+struct App : AppRig {
+    App()
     {
         settings.store->WriteSetting(QStringLiteral("Graph1BarColor"), QStringLiteral("BarColor"), QString::number(0x00FF8080));
         settings.store->WriteSetting(QStringLiteral("Graph1PointColor"), QStringLiteral("PointColor"), QString::number(0x00FFFF80));
-        core.ports().setSystemPorts([] { return QList<SystemPort>{}; });
-        window = std::make_unique<MainWindow>(core);
-        core.start();
-        window->show();
+        open();
     }
-    TempSettings settings;
-    RecordingSpeechOut speech;
-    AppCore core;
-    std::unique_ptr<MainWindow> window;
 };
 }  // namespace
 

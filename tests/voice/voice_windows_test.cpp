@@ -16,6 +16,7 @@
 #include "temp_settings.h"
 #include "ui/message_box.h"
 #include "voice/recording_speech_out.h"
+#include "app_rig.h"
 #include "widget_helpers.h"
 
 #include <QAction>
@@ -26,22 +27,7 @@
 #include <QTest>
 #include <QTextToSpeech>
 
-namespace {
-struct App {
-    App() : core(*settings.store, speech) {}
-    void open()
-    {
-        core.ports().setSystemPorts([] { return QList<SystemPort>{}; });
-        window = std::make_unique<MainWindow>(core);
-        core.start();
-        window->show();
-    }
-    TempSettings settings;
-    RecordingSpeechOut speech;
-    AppCore core;
-    std::unique_ptr<MainWindow> window;
-};
-}  // namespace
+using App = AppRig;
 
 class VoiceWindowsTest : public QObject {
     Q_OBJECT
