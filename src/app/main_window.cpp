@@ -10,6 +10,7 @@
 #include "graph/graph_widget.h"
 #include "logging/log_capture.h"
 #include "logging/log_player_window.h"
+#include "rom/map_viewer_window.h"
 #include "ui/common_dialog.h"
 #include "sensors/sensor_displays.h"
 #include "ui/color_picker_widget.h"
@@ -131,6 +132,7 @@ MainWindow::MainWindow(AppCore& core, QWidget* parent)
         panels_[panel - 1]->setText(text);
     });
     connect(&core_.views(), &MonitorViews::viewChanged, this, &MainWindow::refreshViews);
+    core_.stream().setToolShowing(SensorStream::Tool::MapViewer, [] { return MapViewerWindow::anyShowing(); });
     refreshLabels();
     refreshPortRows();
     refreshChecks();
@@ -240,6 +242,7 @@ void MainWindow::buildMenus()
 
     QMenu* tools = menuBar()->addMenu(tr("&Tools"));
     add(tools, "LogPlayer", QStringLiteral("Log Player"), [this] { showLogPlayer(); });
+    add(tools, "MapViewer", QStringLiteral("Map Viewer/Editor"), [this] { showMapViewer(); });
 
     QMenu* alerts = menuBar()->addMenu(tr("&Alerts"));
     for (int i = 0; i < 2; ++i) {
@@ -617,6 +620,19 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event)
     if (watched == sensorPanel_ && (event->type() == QEvent::Resize || event->type() == QEvent::Move))
         placeSharedSpotFrames();
     return QMainWindow::eventFilter(watched, event);
+}
+
+MapViewerWindow* MainWindow::mapViewerWindow() const
+{
+    return mapViewer_;
+}
+
+void MainWindow::showMapViewer()
+{
+    if (!mapViewer_)
+        mapViewer_ = new MapViewerWindow(core_.session(), 0, this);
+    mapViewer_->show();
+    mapViewer_->raise();
 }
 
 void MainWindow::showLogPlayer()

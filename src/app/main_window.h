@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 
 class AppCore;
 class QAction;
@@ -25,6 +26,7 @@ class GraphTestWindow;
 class ColorPicker;
 class QCheckBox;
 class LogPlayerWindow;
+class MapViewerWindow;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -48,6 +50,8 @@ public:
     GraphTestWindow* graphTestWindow() const { return graphTest_; }
     GraphWidget* graphWidget() const { return graphWidget_; }
     LogPlayerWindow* logPlayerWindow() const { return logPlayer_; }
+    MapViewerWindow* mapViewerWindow() const;
+    void showMapViewer();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -113,6 +117,7 @@ private:
     QAction* threeDAction_ = nullptr;
     GraphTestWindow* graphTest_ = nullptr;
     LogPlayerWindow* logPlayer_ = nullptr;
+    QPointer<MapViewerWindow> mapViewer_;
     QAction* captureAction_ = nullptr;
     QList<QAction*> intervalActions_;
     QList<QAction*> voiceTypeActions_;

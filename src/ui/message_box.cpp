@@ -10,20 +10,25 @@ Presenter& presenter()
     return p;
 }
 
-void show(QWidget* parent, const QString& text, const QString& title, bool isCritical)
+void show(QWidget* parent, const QString& text, const QString& title, QMessageBox::Icon icon)
 {
     if (presenter()) {
-        presenter()(text, title, isCritical);
+        presenter()(text, title, icon == QMessageBox::Critical);
         return;
     }
-    QMessageBox box(isCritical ? QMessageBox::Critical : QMessageBox::NoIcon, title, text, QMessageBox::Ok, parent);
+    QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
     box.exec();
 }
 }  // namespace
 
 void information(QWidget* parent, const QString& text)
 {
-    show(parent, text, QStringLiteral("Vexorin"), false);
+    show(parent, text, QStringLiteral("Vexorin"), QMessageBox::NoIcon);
+}
+
+void exclamation(QWidget* parent, const QString& text)
+{
+    show(parent, text, QStringLiteral("Vexorin"), QMessageBox::Warning);
 }
 
 void notify(QWidget* parent, const QString& text)
@@ -40,7 +45,7 @@ void notify(QWidget* parent, const QString& text)
 
 void critical(QWidget* parent, const QString& text, const QString& title)
 {
-    show(parent, text, title, true);
+    show(parent, text, title, QMessageBox::Critical);
 }
 
 void setPresenter(Presenter p)

@@ -11,6 +11,8 @@ namespace MessageBoxes {
 
 // Title "Vexorin", no icon.
 void information(QWidget* parent, const QString& text);
+// Title "Vexorin", the exclamation icon.
+void exclamation(QWidget* parent, const QString& text);
 // Like information, but the box does not wait: the caller goes on at once (alerts
 // that repeat while a box stays open show one more box each time).
 void notify(QWidget* parent, const QString& text);

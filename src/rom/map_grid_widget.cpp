@@ -1,0 +1,85 @@
+#include "rom/map_grid_widget.h"
+
+#include <QHeaderView>
+
+namespace {
+constexpr int kTwipsPerPixel = 15;
+constexpr int kRowHeight = 19;
+
+bool isHeading(const MapGrid& grid, int row, int column)
+{
+    return row == 0 || (column == 0 && grid.fixedColumn);
+}
+}  // namespace
+
+MapGridWidget::MapGridWidget(QWidget* parent) : QTableWidget(MapGrid::kSize, MapGrid::kSize, parent)
+{
+    horizontalHeader()->hide();
+    verticalHeader()->hide();
+    horizontalHeader()->setMinimumSectionSize(8);
+    verticalHeader()->setMinimumSectionSize(8);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setSelectionMode(QAbstractItemView::NoSelection);
+    setFocusPolicy(Qt::NoFocus);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    QFont f = font();
+    f.setPointSizeF(f.pointSizeF() * 0.9);
+    setFont(f);
+    for (int c = 0; c < MapGrid::kSize; ++c)
+        setColumnWidth(c, (c == 0 ? kHeadingWidthTwips : kCellWidthTwips) / kTwipsPerPixel);
+    for (int r = 0; r < MapGrid::kSize; ++r) {
+        setRowHeight(r, kRowHeight);
+        for (int c = 0; c < MapGrid::kSize; ++c) {
+            auto* item = new QTableWidgetItem;
+            item->setTextAlignment(Qt::AlignCenter);
+            item->setFlags(Qt::ItemIsEnabled);
+            setItem(r, c, item);
+        }
+    }
+}
+
+QSize MapGridWidget::sizeHint() const
+{
+    int w = 2 * frameWidth();
+    for (int c = 0; c < columnCount(); ++c)
+        w += columnWidth(c);
+    int h = 2 * frameWidth();
+    for (int r = 0; r < rowCount(); ++r)
+        h += rowHeight(r);
+    return {w, h};
+}
+
+void MapGridWidget::showGrid(const MapGrid& grid)
+{
+    setUpdatesEnabled(false);
+    for (int r = 0; r < MapGrid::kSize; ++r)
+        for (int c = 0; c < MapGrid::kSize; ++c)
+            showCell(grid, r, c);
+    setUpdatesEnabled(true);
+}
+
+void MapGridWidget::showCell(const MapGrid& grid, int row, int column)
+{
+    QTableWidgetItem* it = item(row, column);
+    if (!it)
+        return;
+    it->setText(grid.text(row, column));
+    QBrush back;
+    if (const auto color = grid.color(row, column))
+        back = QColor(color->r, color->g, color->b);
+    else if (isHeading(grid, row, column))
+        back = palette().button();
+    it->setBackground(back);
+    it->setForeground(QBrush(Qt::black));
+    QFont f = font();
+    f.setBold(isHeading(grid, row, column));
+    it->setFont(f);
+}
+
+QRect MapGridWidget::cellRect(int row, int column, const QWidget* ancestor) const
+{
+    const QRect r = visualRect(model()->index(row, column));
+    const QPoint topLeft = viewport()->mapTo(ancestor, r.topLeft());
+    return {topLeft, r.size()};
+}

@@ -1,0 +1,22 @@
+// A map on screen: a 17 by 17 table whose row 0 and column 0 are headings.
+#pragma once
+
+#include "rom/map_grid.h"
+
+#include <QTableWidget>
+
+class MapGridWidget : public QTableWidget {
+    Q_OBJECT
+public:
+    static constexpr int kHeadingWidthTwips = 1085;
+    static constexpr int kCellWidthTwips = 510;
+
+    explicit MapGridWidget(QWidget* parent = nullptr);
+
+    // Shows every cell of the grid.
+    void showGrid(const MapGrid& grid);
+    void showCell(const MapGrid& grid, int row, int column);
+    // The cell's rectangle in the coordinates of `ancestor`.
+    QRect cellRect(int row, int column, const QWidget* ancestor) const;
+    QSize sizeHint() const override;
+};

@@ -1,0 +1,181 @@
+// The Map Viewer's logic: six map grids filled from a BIN file or, one map at
+// a time, from the ECU over the Consult link, and stepped byte by byte in
+// edit mode with each step written to the file at once.
+#pragma once
+
+#include "rom/map_decoding.h"
+#include "rom/map_grid.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <array>
+#include <functional>
+#include <optional>
+#include <vector>
+
+class ConsultSession;
+
+class MapViewer : public QObject {
+    Q_OBJECT
+public:
+    static constexpr int kTabs = vexorin::rom::kMapCount;
+    static constexpr int kTimerMs = 150;
+    static constexpr int kStatusMs = 3000;
+    static constexpr int kPauseMs = 50;
+    static constexpr int kReplyLength = 34;
+    static constexpr int kProgressMaximum = 255;
+    static const QString kCaption;
+    static const QString kRestStatus;
+
+    // What each tab shows beside its grid.
+    struct Tab {
+        MapGrid grid;
+        QString pathBox;
+        QString viewing;
+        bool editMode = false;
+        bool clearMatrixBeforeDownload = false;
+        bool clearMatrixEnabled = true;
+        QString editName;
+        QString origVal;
+        QString textValue;
+        // Empty: the normal control colour (and black text).
+        std::optional<vexorin::rom::Rgb> textValueColor;
+        bool framesRed = false;
+        bool overlayVisible = false;
+        int overlayRow = 1;
+        int overlayColumn = 16;
+        QString byteValueDisplayed;
+        QString byteValueWhenChanged;
+    };
+
+    struct MapReadState {
+        int high = 0;
+        int low = -1;
+        int scalePhase = 1;
+    };
+
+    explicit MapViewer(ConsultSession& session, int formCount = 0, QObject* parent = nullptr);
+
+    std::array<QTimer, kTabs> mapTimers;  // GetFuelHighOctTimer … GetTimingLowOctTimer
+    QTimer MapStatusTimer;
+
+    const Tab& tab(int index) const { return tabs_[std::size_t(index)]; }
+    QString status() const { return status_; }
+    int progress() const { return progress_; }
+    int currentTab() const { return currentTab_; }
+    const MapReadState& readState() const { return readState_; }
+    int TxtFormCount() const { return formCount_; }
+    QString caption() const { return caption_; }
+    // The text shown for a byte at its one-based position at the last file load.
+    QString displayCache(int position) const;
+    bool loading() const { return loading_; }
+    int currentByte() const { return currentByte_; }
+    int bytePosition() const { return bytePosition_; }
+
+    // Tabs and the View menu.
+    void setCurrentTab(int index);
+    void setClearMatrixBeforeDownload(int tab, bool on);
+    void setCaption(const QString& caption) { caption_ = caption; }
+
+    // Loading from a BIN file: the path chosen in the dialog, from a tab's button or
+    // from the menu item (which also says "Loading Bin File"). False when it stopped.
+    bool LoadBinFile(const QString& path, bool fromMenu = false);
+    // The three operations of one map's chain.
+    bool DumpRPM(int tab);
+    bool DumpTP(int tab);
+    bool DumpMAP(int tab);
+
+    // Downloading from the ECU.
+    void DownloadButton(int tab);
+    void DownloadMapData();  // the menu item: the tab on view, fewer tests
+    void StopDataFlow();
+    void MapTimerTick(int tab);
+    void MapStatusTimerTick();
+    void LoadAllECUDataMaps();
+    // A read step of one map, as a tick runs it.
+    void readStep(int tab);
+
+    void ClearMatrix(int tab);
+    // Map Trace: the controls exist and do nothing.
+    void MapTrace() {}
+
+    // Editing.
+    void setEditMode(int tab, bool on);
+    void selectCell(int tab, int row, int column);
+    void spinUp(int tab) { step(tab, true); }
+    void spinDown(int tab) { step(tab, false); }
+
+    // Called after every cell of a file load so that the window stays alive.
+    void setYield(std::function<void()> yield) { yield_ = std::move(yield); }
+    // The pause before a read step empties the input (tests use 0).
+    void setPauseMs(int ms) { pauseMs_ = ms; }
+    // Makes a running file load stop at its next cell (the window is going away).
+    void abortLoad() { abort_ = true; }
+
+    // The next viewer's caption and form count (OpenNewViewer).
+    QString nextViewerCaption();
+    int nextFormCount() const { return formCount_ + 1; }
+
+signals:
+    void gridReset(int tab);
+    void cellChanged(int tab, int row, int column);
+    void tabChanged(int tab);
+    void statusChanged();
+    void currentTabChanged(int tab);
+    // `exclamation`: the box carries the exclamation icon.
+    void message(const QString& text, bool exclamation);
+    void beep();
+
+private:
+    Tab& mutableTab(int index) { return tabs_[std::size_t(index)]; }
+    void setStatus(const QString& text);
+    void setProgress(int value);
+    void setCell(int tab, int row, int column, const QString& text);
+    void setCellColor(int tab, int row, int column, vexorin::rom::Rgb color);
+    void rebuildGrid(int tab, bool fixedColumn, int row, int column);
+    void setViewing(int tab, const QString& text);
+    void editModeOff(int tab);
+    void stopAllMapTimers();
+    bool portAndMonitorAllowDownload(bool testMonitor);
+    void startDownload(int tab, bool fromButton);
+    bool readFile(int tab, int lastOffset, std::vector<std::uint8_t>& bytes);
+    bool cellDone();
+    void cache(int position, const QString& text);
+
+    // One request of eight addresses; the eight data bytes, or nothing after a time-out.
+    std::optional<std::array<int, 8>> requestEight();
+    void scalesDone(int tab);
+    void downloadTimedOut();
+    void scaleByte(int tab, bool rpm, int value);
+    void mapByte(int tab, int value);
+
+    void placeOverlay(int tab, int row, int column);
+    void step(int tab, bool up);
+    void stepTp(int tab, bool up);
+    void stepRpm(int tab, bool up);
+    void stepCell(int tab, bool up);
+    bool writeAtPosition(int tab, int value);
+
+    ConsultSession& session_;
+    std::array<Tab, kTabs> tabs_;
+    QString status_;
+    QString caption_;
+    int progress_ = 0;
+    int currentTab_ = 0;
+    MapReadState readState_;
+    std::vector<QString> displayCache_;
+    int formCount_ = 0;
+    int viewerCounter_ = 0;
+    int pauseMs_ = kPauseMs;
+    bool loading_ = false;
+    bool abort_ = false;
+    std::function<void()> yield_;
+
+    // Edit state, one set for the window.
+    int currentByte_ = 0;
+    int bytePosition_ = 0;
+    int selectedRow_ = 1;
+    int selectedColumn_ = 16;
+    QString previousValue_;
+};

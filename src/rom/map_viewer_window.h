@@ -1,0 +1,95 @@
+// "Vexorin Map Viewer/Editor": six map tabs, a status bar with a progress
+// bar over its second panel, loading from a BIN file or the ECU, and editing.
+#pragma once
+
+#include <QWidget>
+#include <array>
+
+class ConsultSession;
+class MapGridWidget;
+class MapViewer;
+class QAction;
+class QCheckBox;
+class QFrame;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+class QTabWidget;
+class QToolButton;
+
+class MapViewerWindow : public QWidget {
+    Q_OBJECT
+public:
+    static constexpr int kWidthTwips = 14670, kHeightTwips = 7680;
+
+    explicit MapViewerWindow(ConsultSession& session, int formCount = 0, QWidget* parent = nullptr);
+    ~MapViewerWindow() override;
+
+    MapViewer& viewer() { return *viewer_; }
+    // True while any Map Viewer window is on screen.
+    static bool anyShowing();
+    static QList<MapViewerWindow*> all();
+
+    QTabWidget* tabs() const { return tabs_; }
+    MapGridWidget* grid(int tab) const { return pages_[std::size_t(tab)].grid; }
+    QLineEdit* pathBox(int tab) const { return pages_[std::size_t(tab)].path; }
+    QFrame* overlay(int tab) const { return pages_[std::size_t(tab)].overlay; }
+    QLineEdit* overlayBox(int tab) const { return pages_[std::size_t(tab)].overlayBox; }
+    QLabel* statusPanel() const { return status_; }
+    QProgressBar* progressBar() const { return progress_; }
+    QAction* action(const QString& objectName) const;
+
+    // "Load BIN File" (buttons and menu item): a dialog, then the load.
+    void loadBinFile(bool fromMenu);
+    // "Save Snapshot".
+    void saveSnapshot();
+    // "Open New Viewer": the new window, shown without blocking.
+    MapViewerWindow* openNewViewer();
+    // "Exit": a secondary viewer unloads every viewer, the first only itself.
+    void exitViewer();
+
+signals:
+    // The window asks to be destroyed (its owner may hold a pointer to it).
+    void unloaded();
+
+protected:
+    void closeEvent(QCloseEvent* e) override;
+    void resizeEvent(QResizeEvent* e) override;
+
+private:
+    struct Page {
+        QWidget* widget = nullptr;
+        MapGridWidget* grid = nullptr;
+        QLabel* viewing = nullptr;
+        QCheckBox* clearBeforeDownload = nullptr;
+        QPushButton* clearMatrix = nullptr;
+        QPushButton* download = nullptr;
+        QLineEdit* path = nullptr;
+        QCheckBox* editMode = nullptr;
+        QLabel* editName = nullptr;
+        QLineEdit* origVal = nullptr;
+        QLineEdit* textValue = nullptr;
+        QFrame* newValueFrame = nullptr;
+        QFrame* spinFrame = nullptr;
+        QFrame* overlay = nullptr;
+        QLineEdit* overlayBox = nullptr;
+        QLabel* byteDisplayed = nullptr;
+        QLabel* byteChanged = nullptr;
+    };
+
+    void buildMenus(QWidget* menuBarHolder);
+    QWidget* buildPage(int tab);
+    void refreshTab(int tab);
+    void refreshStatus();
+    void placeOverlay(int tab);
+    void unload();
+
+    MapViewer* viewer_;
+    ConsultSession& session_;
+    QTabWidget* tabs_;
+    QLabel* status_;
+    QProgressBar* progress_;
+    std::array<Page, 6> pages_{};
+};
