@@ -1,10 +1,13 @@
 #include "rom/map_grid_widget.h"
 
 #include <QHeaderView>
+#include <algorithm>
 
 namespace {
 constexpr int kTwipsPerPixel = 15;
-constexpr int kRowHeight = 19;
+constexpr int kRowHeight = 18;
+// Room for the widest figure ("19.60", "12750") in the grid's font.
+constexpr int kTextPadding = 6;
 
 bool isHeading(const MapGrid& grid, int row, int column)
 {
@@ -23,11 +26,18 @@ MapGridWidget::MapGridWidget(QWidget* parent) : QTableWidget(MapGrid::kSize, Map
     setFocusPolicy(Qt::NoFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setTextElideMode(Qt::ElideNone);
+    setWordWrap(false);
     QFont f = font();
-    f.setPointSizeF(f.pointSizeF() * 0.9);
+    f.setPixelSize(11);
     setFont(f);
-    for (int c = 0; c < MapGrid::kSize; ++c)
-        setColumnWidth(c, (c == 0 ? kHeadingWidthTwips : kCellWidthTwips) / kTwipsPerPixel);
+    QFont bold = f;
+    bold.setBold(true);
+    const int cellText = QFontMetrics(f).horizontalAdvance(QStringLiteral("19.60")) + kTextPadding;
+    const int headingText = QFontMetrics(bold).horizontalAdvance(QStringLiteral("RPM / TP")) + kTextPadding;
+    setColumnWidth(0, std::max(kHeadingWidthTwips / kTwipsPerPixel, headingText));
+    for (int c = 1; c < MapGrid::kSize; ++c)
+        setColumnWidth(c, std::max(kCellWidthTwips / kTwipsPerPixel, cellText));
     for (int r = 0; r < MapGrid::kSize; ++r) {
         setRowHeight(r, kRowHeight);
         for (int c = 0; c < MapGrid::kSize; ++c) {

@@ -154,6 +154,9 @@ bool MapViewer::LoadBinFile(const QString& path, bool fromMenu)
     for (int t = 0; t < kTabs && ok; ++t)
         ok = DumpRPM(t) && DumpTP(t) && DumpMAP(t);
     loading_ = false;
+    // The status panel returns to rest a moment after a load from the menu.
+    if (fromMenu && ok)
+        MapStatusTimer.start();
     return ok;
 }
 

@@ -203,6 +203,7 @@ QWidget* MapViewerWindow::buildPage(int t)
     Page& p = pages_[std::size_t(t)];
     p.widget = new QWidget;
     auto* h = new QHBoxLayout(p.widget);
+    h->setContentsMargins(6, 4, 6, 4);
 
     // Left: the map, what it shows, and the file.
     auto* left = new QVBoxLayout;
@@ -237,19 +238,12 @@ QWidget* MapViewerWindow::buildPage(int t)
     for (QPushButton* b : {p.clearMatrix, snapshot, load})
         buttons->addWidget(b);
     left->addLayout(buttons);
-    auto* location = new QGroupBox(QStringLiteral("BIN File Location"));
-    auto* locationLayout = new QHBoxLayout(location);
-    p.path = new QLineEdit;
-    p.path->setObjectName(numbered("FilePath", t));
-    p.path->setReadOnly(true);
-    p.path->setPlaceholderText(tr("No BIN file loaded"));
-    locationLayout->addWidget(p.path);
-    left->addWidget(location);
     left->addStretch(1);
     h->addLayout(left);
 
     // Right: the ECU download and the edit frame.
     auto* right = new QVBoxLayout;
+    right->setSpacing(2);
     auto* ecu = new QGroupBox(QStringLiteral("ECU Data"));
     auto* ecuLayout = new QVBoxLayout(ecu);
     p.download = new QPushButton(QStringLiteral("Download Map Data"));
@@ -334,6 +328,14 @@ QWidget* MapViewerWindow::buildPage(int t)
     bytes->addRow(QStringLiteral("Byte Value When Changed"), p.byteChanged);
     editLayout->addLayout(bytes);
     right->addWidget(edit);
+    auto* location = new QGroupBox(QStringLiteral("BIN File Location"));
+    auto* locationLayout = new QHBoxLayout(location);
+    p.path = new QLineEdit;
+    p.path->setObjectName(numbered("FilePath", t));
+    p.path->setReadOnly(true);
+    p.path->setPlaceholderText(tr("No BIN file loaded"));
+    locationLayout->addWidget(p.path);
+    right->addWidget(location);
     right->addStretch(1);
     h->addLayout(right, 1);
 
