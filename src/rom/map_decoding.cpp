@@ -19,6 +19,20 @@ const std::array<MapSpec, kMapCount> kMaps = {{
 namespace {
 // 14.7 x 128 in hundredths: the ratio in hundredths is this over the divisor.
 constexpr long kStoichTimes128 = 188160;
+
+struct Band {
+    int upTo;  // the band holds values up to and including this
+    Rgb color;
+};
+
+template <std::size_t N>
+Rgb bandColor(const Band (&bands)[N], int value, Rgb above)
+{
+    for (const Band& band : bands)
+        if (value <= band.upTo)
+            return band.color;
+    return above;
+}
 }  // namespace
 
 int afrHundredths(int value)
@@ -41,19 +55,11 @@ std::string FormatAfr(int value)
 
 Rgb AfrBandColor(int x)
 {
-    if (x <= 1100)
-        return {0x80, 0x80, 0xFF};
-    if (x <= 1200)
-        return {0xC0, 0xC0, 0xFF};
-    if (x <= 1300)
-        return {0xC0, 0xFF, 0xFF};
-    if (x <= 1400)
-        return {0xC0, 0xFF, 0xC0};
-    if (x <= 1600)
-        return {0x80, 0xFF, 0x80};
-    if (x <= 1700)
-        return {0xFF, 0xFF, 0x00};
-    return {0xFF, 0x80, 0x80};
+    // Ratios in hundredths; the first band whose upper end holds wins.
+    static constexpr Band kBands[] = {{1100, {0x80, 0x80, 0xFF}}, {1200, {0xC0, 0xC0, 0xFF}},
+                                      {1300, {0xC0, 0xFF, 0xFF}}, {1400, {0xC0, 0xFF, 0xC0}},
+                                      {1600, {0x80, 0xFF, 0x80}}, {1700, {0xFF, 0xFF, 0x00}}};
+    return bandColor(kBands, x, {0xFF, 0x80, 0x80});
 }
 
 int timingDegrees(int value)
@@ -72,17 +78,10 @@ std::string FormatTiming(int value)
 
 Rgb TimingBandColor(int d)
 {
-    if (d <= 0)
-        return {0x80, 0x80, 0xFF};
-    if (d <= 10)
-        return {0xC0, 0xC0, 0xFF};
-    if (d <= 30)
-        return {0x80, 0xFF, 0x80};
-    if (d <= 35)
-        return {0xC0, 0xFF, 0xC0};
-    if (d <= 40)
-        return {0xFF, 0xFF, 0x00};
-    return {0xFF, 0x80, 0x80};
+    // In timing the stronger green lies below the paler one.
+    static constexpr Band kBands[] = {{0, {0x80, 0x80, 0xFF}},  {10, {0xC0, 0xC0, 0xFF}}, {30, {0x80, 0xFF, 0x80}},
+                                      {35, {0xC0, 0xFF, 0xC0}}, {40, {0xFF, 0xFF, 0x00}}};
+    return bandColor(kBands, d, {0xFF, 0x80, 0x80});
 }
 
 std::string formatMapByte(bool fuel, int value)

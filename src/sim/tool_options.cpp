@@ -128,15 +128,15 @@ ParseResult parseToolOptions(const std::vector<std::string>& args, ToolOptions& 
             if (!value(i, a, v) || !parseFaultList(v, out.faultCodes, error))
                 return ParseResult::Error;
             out.faultCodesGiven = true;
-        } else if (a == "--link") {
+        } else if (a == "--write-rom" || a == "--link") {
             if (!value(i, a, v))
                 return ParseResult::Error;
             if (v.empty()) {
                 if (error)
-                    *error = "--link needs a path";
+                    *error = a + " needs a path";
                 return ParseResult::Error;
             }
-            out.linkPath = v;
+            (a == "--link" ? out.linkPath : out.writeRomPath) = v;
         } else {
             if (error)
                 *error = "unknown option " + a;
@@ -162,6 +162,7 @@ std::string toolUsage(const std::string& program)
         "  --faults LIST        stored fault codes, e.g. 11:3,34:1 (code:count)\n"
         "  --link PATH          also make PATH a symbolic link to the slave; removed at exit\n"
         "  --verbose, -v        log every byte in and out on standard error\n"
+        "  --write-rom FILE     write the simulator's 32 KB ROM (of --seed) to FILE as a BIN file and exit\n"
         "  --help, -h           this text\n"
         "\n" + consoleHelp();
 }

@@ -18,6 +18,7 @@ struct ToolOptions {
     std::vector<EcuSimulator::Fault> faultCodes;
     std::string linkPath;              // empty: no symbolic link
     bool verbose = false;              // log every byte in and out on stderr
+    std::string writeRomPath;          // not empty: write the ROM image there and exit
 };
 
 enum class ParseResult { Ok, Help, Error };

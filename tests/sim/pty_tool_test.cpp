@@ -1,6 +1,7 @@
 // The standalone vexorin-ecu-sim tool, driven through its pseudo-terminal as
 // the workstation drives a serial port.
 #include <gtest/gtest.h>
+#include "sim/ecu_simulator.h"
 
 #include <cerrno>
 #include <chrono>
@@ -379,6 +380,22 @@ TEST(PtyTool, PacedOutputRunsAtTheLineRate)
     EXPECT_EQ((Bytes{r.begin(), r.begin() + 5}), (Bytes{0x2E, 0xFF, 0x02, 0x11, 0x03}));
     EXPECT_GT(ms, 15.0);    // 21 bytes at 960 bytes/s take about 22 ms
     EXPECT_LT(ms, 200.0);
+}
+
+TEST(PtyTool, WritesItsRomAsABinFile)
+{
+    REQUIRE_TOOL();
+    const std::string path = ::testing::TempDir() + "vexorin-sim-rom.bin";
+    const std::string command = toolPath() + " --seed 9 --write-rom " + path + " >/dev/null";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    std::FILE* f = std::fopen(path.c_str(), "rb");
+    ASSERT_NE(f, nullptr);
+    std::vector<std::uint8_t> bytes(40000);
+    bytes.resize(std::fread(bytes.data(), 1, bytes.size(), f));
+    std::fclose(f);
+    std::remove(path.c_str());
+    const auto rom = vexorin::sim::makeSyntheticRom(9);
+    EXPECT_EQ(bytes, std::vector<std::uint8_t>(rom.begin(), rom.end()));
 }
 
 TEST(PtyTool, BadOptionIsRefused)

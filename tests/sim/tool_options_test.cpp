@@ -47,6 +47,10 @@ TEST(ToolOptions, Everything)
     EXPECT_EQ(o.faultCodes[1].count, 1);
     EXPECT_EQ(o.linkPath, "/tmp/ecu");
     EXPECT_TRUE(o.verbose);
+    EXPECT_TRUE(o.writeRomPath.empty());
+    EXPECT_EQ(parse({"--write-rom", "/tmp/sim.bin"}, o), ParseResult::Ok);
+    EXPECT_EQ(o.writeRomPath, "/tmp/sim.bin");
+    EXPECT_EQ(parse({"--write-rom", ""}, o), ParseResult::Error);
 }
 
 TEST(ToolOptions, Help)

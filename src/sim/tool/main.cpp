@@ -53,6 +53,19 @@ int main(int argc, char** argv)
     case ParseResult::Ok:
         break;
     }
+    if (!options.writeRomPath.empty()) {
+        const auto rom = makeSyntheticRom(options.seed);
+        std::FILE* f = std::fopen(options.writeRomPath.c_str(), "wb");
+        const bool ok = f && std::fwrite(rom.data(), 1, rom.size(), f) == rom.size();
+        if (f && std::fclose(f) != 0)
+            return 1;
+        if (!ok) {
+            std::fprintf(stderr, "%s: cannot write %s\n", program.c_str(), options.writeRomPath.c_str());
+            return 1;
+        }
+        std::printf("ROM written to %s\n", options.writeRomPath.c_str());
+        return 0;
+    }
     installHandlers();
     return runPtyServer(options, g_stop);
 }
