@@ -160,6 +160,8 @@ void SensorStream::showSensor(SensorId id, int hi, int lo, bool capturing)
         displays_.setLabel(id, text);
         if (id == SensorId::RPM && activeTestRpm_)
             activeTestRpm_(text);
+        if (id == SensorId::MAF)
+            vq_.VQTable(vexorin::rom::vqArgument(hi * 256 + lo), displays_.label(SensorId::RPM).toStdString());
         displays_.setDash(id, text);
     }
     const QString value = QString::fromStdString(r.value);

@@ -5,6 +5,8 @@
 
 #include "sensors/sensor_catalog.h"
 
+#include "rom/vq_table.h"
+
 #include <QObject>
 #include <QString>
 #include <array>
@@ -47,6 +49,9 @@ public:
     // Frames decoded since the program started.
     qint64 framesDecoded() const { return framesDecoded_; }
 
+    // The air quantity and the speed and throttle classes of the last frame.
+    const vexorin::rom::VqTable& vqTable() const { return vq_; }
+
 private:
     void showSensor(vexorin::sensors::SensorId id, int hi, int lo, bool capturing);
 
@@ -61,4 +66,5 @@ private:
     vexorin::sensors::NumberSymbols symbols_;
     bool lastCycleTimedOut_ = false;
     qint64 framesDecoded_ = 0;
+    vexorin::rom::VqTable vq_;
 };

@@ -28,6 +28,7 @@ private slots:
     void timeoutLogsOncePerOutageAndRecovers();
     void portPulledOutStopsMonitoring();
     void disconnectedLabelStopsMonitorButton();
+    void mafFeedsTheVqTable();
 };
 
 void SensorStreamTest::monitorOnSetsEverything()
@@ -187,6 +188,37 @@ void SensorStreamTest::decodesAFrameInOrder()
         QCOMPARE(r.cells.cell(i + 1), QString::number(cells[i]));
     QCOMPARE(r.cells.cell(33), QStringLiteral("100"));
     QCOMPARE(r.cells.cell(16), QString());
+}
+
+void SensorStreamTest::mafFeedsTheVqTable()
+{
+    MonitorRig r;
+    r.connect();
+    r.setFrame(typicalFrame());  // MAF 1.01 V, 1012 rpm
+    r.stream.ReadAllSensors();
+    QCOMPARE(r.stream.vqTable().airQuantity(), 73);
+    QCOMPARE(r.stream.vqTable().rpmBin(), 3);
+    QCOMPARE(r.stream.vqTable().tpBin(), 1);
+
+    // 5.00 V: the quantity does not fit its field; the call stops and nothing changes.
+    FrameData f = typicalFrame();
+    f[1] = 0;
+    f[2] = 200;  // 2500 rpm
+    f[4] = 1000 >> 8;
+    f[5] = 1000 & 0xFF;
+    r.setFrame(f);
+    r.stream.ReadAllSensors();
+    QCOMPARE(r.displays.label(SensorId::MAF), QStringLiteral("5.00"));
+    QCOMPARE(r.stream.vqTable().airQuantity(), 73);
+    QCOMPARE(r.stream.vqTable().rpmBin(), 3);
+
+    // 2.00 V gives the row 1.52, the first to round to 2.
+    f[4] = 400 >> 8;
+    f[5] = 400 & 0xFF;
+    r.setFrame(f);
+    r.stream.ReadAllSensors();
+    QCOMPARE(r.stream.vqTable().airQuantity(), 1399);
+    QCOMPARE(r.stream.vqTable().rpmBin(), 7);
 }
 
 void SensorStreamTest::largeViewFollowsTheStreamWord()
