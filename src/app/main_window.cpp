@@ -10,6 +10,7 @@
 #include "graph/graph_widget.h"
 #include "logging/log_capture.h"
 #include "logging/log_player_window.h"
+#include "rom/bin_viewer_window.h"
 #include "rom/map_viewer_window.h"
 #include "ui/common_dialog.h"
 #include "sensors/sensor_displays.h"
@@ -243,6 +244,7 @@ void MainWindow::buildMenus()
     QMenu* tools = menuBar()->addMenu(tr("&Tools"));
     add(tools, "LogPlayer", QStringLiteral("Log Player"), [this] { showLogPlayer(); });
     add(tools, "MapViewer", QStringLiteral("Map Viewer/Editor"), [this] { showMapViewer(); });
+    add(tools, "BinFileViewer", QStringLiteral("BIN File Viewer/Editor"), [this] { showBinViewer(); });
 
     QMenu* alerts = menuBar()->addMenu(tr("&Alerts"));
     for (int i = 0; i < 2; ++i) {
@@ -633,6 +635,19 @@ void MainWindow::showMapViewer()
         mapViewer_ = new MapViewerWindow(core_.session(), 0, this);
     mapViewer_->show();
     mapViewer_->raise();
+}
+
+BinViewerWindow* MainWindow::binViewerWindow() const
+{
+    return binViewer_;
+}
+
+void MainWindow::showBinViewer()
+{
+    if (!binViewer_)
+        binViewer_ = new BinViewerWindow(1, this);
+    binViewer_->show();
+    binViewer_->raise();
 }
 
 void MainWindow::showLogPlayer()

@@ -27,6 +27,7 @@ class ColorPicker;
 class QCheckBox;
 class LogPlayerWindow;
 class MapViewerWindow;
+class BinViewerWindow;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -52,6 +53,8 @@ public:
     LogPlayerWindow* logPlayerWindow() const { return logPlayer_; }
     MapViewerWindow* mapViewerWindow() const;
     void showMapViewer();
+    BinViewerWindow* binViewerWindow() const;
+    void showBinViewer();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -118,6 +121,7 @@ private:
     GraphTestWindow* graphTest_ = nullptr;
     LogPlayerWindow* logPlayer_ = nullptr;
     QPointer<MapViewerWindow> mapViewer_;
+    QPointer<BinViewerWindow> binViewer_;
     QAction* captureAction_ = nullptr;
     QList<QAction*> intervalActions_;
     QList<QAction*> voiceTypeActions_;

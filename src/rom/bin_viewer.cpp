@@ -21,6 +21,7 @@ QString q(const std::string& s)
 BinViewer::BinViewer(int formCount, QObject* parent)
     : QObject(parent), path_(QString::fromLatin1(kNoFile)), formCount_(formCount)
 {
+    grid_.enabled = true;
     rebuild();
     writeHeadings(1);
     showBankRange();

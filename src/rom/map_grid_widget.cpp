@@ -31,22 +31,43 @@ MapGridWidget::MapGridWidget(QWidget* parent) : QTableWidget(MapGrid::kSize, Map
     QFont f = font();
     f.setPixelSize(11);
     setFont(f);
-    QFont bold = f;
-    bold.setBold(true);
     const int cellText = QFontMetrics(f).horizontalAdvance(QStringLiteral("19.60")) + kTextPadding;
-    const int headingText = QFontMetrics(bold).horizontalAdvance(QStringLiteral("RPM / TP")) + kTextPadding;
-    setColumnWidth(0, std::max(kHeadingWidthTwips / kTwipsPerPixel, headingText));
     for (int c = 1; c < MapGrid::kSize; ++c)
         setColumnWidth(c, std::max(kCellWidthTwips / kTwipsPerPixel, cellText));
     for (int r = 0; r < MapGrid::kSize; ++r) {
         setRowHeight(r, kRowHeight);
         for (int c = 0; c < MapGrid::kSize; ++c) {
             auto* item = new QTableWidgetItem;
-            item->setTextAlignment(Qt::AlignCenter);
             item->setFlags(Qt::ItemIsEnabled);
             setItem(r, c, item);
         }
     }
+    configure(kHeadingWidthTwips, QString::fromLatin1(MapGrid::kCorner), Qt::AlignCenter, Qt::AlignCenter,
+              Qt::AlignCenter);
+}
+
+void MapGridWidget::configure(int headingWidthTwips, const QString& widestHeading, Qt::Alignment corner,
+                              Qt::Alignment headingColumn, Qt::Alignment cells)
+{
+    QFont bold = font();
+    bold.setBold(true);
+    const int headingText = QFontMetrics(bold).horizontalAdvance(widestHeading) + kTextPadding;
+    setColumnWidth(0, std::max(headingWidthTwips / kTwipsPerPixel, headingText));
+    corner_ = corner;
+    headingColumn_ = headingColumn;
+    cells_ = cells;
+    for (int r = 0; r < MapGrid::kSize; ++r)
+        for (int c = 0; c < MapGrid::kSize; ++c)
+            item(r, c)->setTextAlignment(alignmentOf(r, c) | Qt::AlignVCenter);
+}
+
+Qt::Alignment MapGridWidget::alignmentOf(int row, int column) const
+{
+    if (row == 0 && column == 0)
+        return corner_;
+    if (column == 0)
+        return headingColumn_;
+    return row == 0 ? Qt::AlignCenter : cells_;
 }
 
 QSize MapGridWidget::sizeHint() const
@@ -75,6 +96,7 @@ void MapGridWidget::showCell(const MapGrid& grid, int row, int column)
     if (!it)
         return;
     it->setText(grid.text(row, column));
+    it->setTextAlignment(alignmentOf(row, column) | Qt::AlignVCenter);
     QBrush back;
     if (const auto color = grid.color(row, column))
         back = QColor(color->r, color->g, color->b);

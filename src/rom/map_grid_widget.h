@@ -13,10 +13,20 @@ public:
 
     explicit MapGridWidget(QWidget* parent = nullptr);
 
+    // The heading column's width and the text it must hold; where texts stand.
+    void configure(int headingWidthTwips, const QString& widestHeading, Qt::Alignment corner,
+                   Qt::Alignment headingColumn, Qt::Alignment cells);
+
     // Shows every cell of the grid.
     void showGrid(const MapGrid& grid);
     void showCell(const MapGrid& grid, int row, int column);
     // The cell's rectangle in the coordinates of `ancestor`.
     QRect cellRect(int row, int column, const QWidget* ancestor) const;
     QSize sizeHint() const override;
+
+private:
+    Qt::Alignment alignmentOf(int row, int column) const;
+    Qt::Alignment corner_ = Qt::AlignCenter;
+    Qt::Alignment headingColumn_ = Qt::AlignCenter;
+    Qt::Alignment cells_ = Qt::AlignCenter;
 };
