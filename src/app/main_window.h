@@ -25,6 +25,7 @@ class GraphTestWindow;
 class ColorPicker;
 class QCheckBox;
 class LogPlayerWindow;
+class ExternalSensorsWindow;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -48,6 +49,9 @@ public:
     GraphTestWindow* graphTestWindow() const { return graphTest_; }
     GraphWidget* graphWidget() const { return graphWidget_; }
     LogPlayerWindow* logPlayerWindow() const { return logPlayer_; }
+
+    // External sensors: the External Gauge Monitor, while it is open.
+    ExternalSensorsWindow* externalSensorsWindow() const { return externalSensors_; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -74,6 +78,7 @@ private:
     void showFaultCodes();
     void showSpeechEngines();
     void placeSharedSpotFrames();
+    void showExternalSensors();
 
     AppCore& core_;
     QMenu* consultMenu_ = nullptr;
@@ -117,4 +122,5 @@ private:
     QList<QAction*> intervalActions_;
     QList<QAction*> voiceTypeActions_;
     QList<std::pair<QAction*, bool (OptionsMenu::*)() const>> optionChecks_;
+    ExternalSensorsWindow* externalSensors_ = nullptr;
 };
