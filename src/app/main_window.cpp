@@ -25,6 +25,8 @@
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
 #include "consult/interface_check_window.h"
+#include "external/external_sensors.h"
+#include "external/external_sensors_window.h"
 #include "consult/port_selection.h"
 #include "consult/session_log.h"
 #include "sensors/byte_viewer_window.h"
@@ -35,6 +37,7 @@
 #include "sensors/sensor_selection.h"
 #include "sensors/sensor_stream.h"
 #include "ui/message_box.h"
+#include "ui/port_menu_items.h"
 #include "ui/status_panels.h"
 #include "voice/voice_gate.h"
 
@@ -201,6 +204,8 @@ void MainWindow::buildMenus()
     largeViewAction_->setCheckable(true);
     add(view, "Dash", QStringLiteral("Dash"), [this] { showDash(); });
     add(view, "ByteViewer", QStringLiteral("Byte Viewer"), [this] { showByteViewer(); });
+    view->addSeparator();
+    add(view, "UseExternalSensors", QStringLiteral("External Sensors"), [this] { showExternalSensors(); });
 
     QMenu* voice = menuBar()->addMenu(tr("V&oice"));
     VoiceMonitor& vm = core_.voiceMonitor();
@@ -533,25 +538,8 @@ void MainWindow::refreshLabels()
 void MainWindow::refreshPortRows()
 {
     PortSelection& ps = core_.portSelection();
-    while (portRows_.size() > ps.rowCount()) {
-        QAction* a = portRows_.takeLast();
-        consultMenu_->removeAction(a);
-        a->setObjectName(QString());
-        a->deleteLater();
-    }
-    while (portRows_.size() < ps.rowCount()) {
-        const int row = int(portRows_.size()) + 1;
-        auto* a = new QAction(consultMenu_);
-        a->setObjectName(QStringLiteral("portss%1").arg(row));
-        a->setCheckable(true);
-        connect(a, &QAction::triggered, this, [&ps, row] { ps.PickPort(row); });
-        consultMenu_->insertAction(portRowsEnd_, a);
-        portRows_.append(a);
-    }
-    for (int row = 1; row <= ps.rowCount(); ++row) {
-        portRows_[row - 1]->setText(ps.rowCaption(row));
-        portRows_[row - 1]->setChecked(ps.rowChecked(row));
-    }
+    syncPortMenuItems(consultMenu_, portRowsEnd_, portRows_, ps.rows(), QStringLiteral("portss"),
+                      [&ps](int row) { ps.PickPort(row); });
 }
 
 void MainWindow::refreshChecks()
@@ -686,4 +674,18 @@ void MainWindow::closeEvent(QCloseEvent* event)
 {
     core_.shutdown();
     event->accept();
+}
+
+// External sensors. The window goes with its port when it is closed, and is
+// made afresh (settings read again) at the next opening.
+void MainWindow::showExternalSensors()
+{
+    if (!externalSensors_) {
+        externalSensors_ = new ExternalSensorsWindow(ExternalSensors::forApp(core_), this);
+        externalSensors_->setAttribute(Qt::WA_DeleteOnClose);
+        connect(externalSensors_, &QObject::destroyed, this, [this] { externalSensors_ = nullptr; });
+        connect(externalSensors_, &ExternalSensorsWindow::interfaceCheckRequested, this, &MainWindow::showInterfaceCheck);
+    }
+    externalSensors_->show();
+    externalSensors_->raise();
 }

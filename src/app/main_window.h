@@ -28,6 +28,7 @@ class QCheckBox;
 class LogPlayerWindow;
 class MapViewerWindow;
 class BinViewerWindow;
+class ExternalSensorsWindow;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -56,6 +57,9 @@ public:
     BinViewerWindow* binViewerWindow() const;
     void showBinViewer();
 
+    // External sensors: the External Gauge Monitor, while it is open.
+    ExternalSensorsWindow* externalSensorsWindow() const { return externalSensors_; }
+
 protected:
     void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -81,6 +85,7 @@ private:
     void showFaultCodes();
     void showSpeechEngines();
     void placeSharedSpotFrames();
+    void showExternalSensors();
 
     AppCore& core_;
     QMenu* consultMenu_ = nullptr;
@@ -126,4 +131,5 @@ private:
     QList<QAction*> intervalActions_;
     QList<QAction*> voiceTypeActions_;
     QList<std::pair<QAction*, bool (OptionsMenu::*)() const>> optionChecks_;
+    ExternalSensorsWindow* externalSensors_ = nullptr;
 };

@@ -42,19 +42,9 @@ bool ConsultLink::setPortOpen(bool open, QString* error)
         transport_->deleteLater();
         transport_ = nullptr;
     }
-    QString why;
-    SerialTransport* t = factory_ ? factory_(commPort_, &why) : nullptr;
-    if (!t) {
-        if (error)
-            *error = why.isEmpty() ? QStringLiteral("No device for port %1").arg(commPort_) : why;
+    SerialTransport* t = openTransport(factory_, commPort_, error);
+    if (!t)
         return false;
-    }
-    if (!t->open(&why)) {
-        delete t;
-        if (error)
-            *error = why;
-        return false;
-    }
     transport_ = t;
     t->setParent(this);
     t->setDtr(dtr_);

@@ -16,8 +16,7 @@ public:
     // How long a reader waits for its bytes before it gives the cycle up.
     static constexpr int kReplyTimeoutMs = 2000;
 
-    // Makes the device behind a port number; null with an error text when there is none.
-    using TransportFactory = std::function<SerialTransport*(int commPort, QString* error)>;
+    using TransportFactory = ::TransportFactory;
 
     explicit ConsultLink(TransportFactory factory, QObject* parent = nullptr);
     ~ConsultLink() override;

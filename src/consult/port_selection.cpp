@@ -13,24 +13,6 @@ PortSelection::PortSelection(ConsultSession& session, SettingsStore& store, Devi
     connect(&UseConZultTimer, &QTimer::timeout, this, &PortSelection::UseConZultTimerTick);
 }
 
-QString PortSelection::rowCaption(int row) const
-{
-    return row >= 1 && row <= captions_.size() ? captions_[row - 1] : QString();
-}
-
-bool PortSelection::rowChecked(int row) const
-{
-    return row >= 1 && row <= checked_.size() && checked_[row - 1];
-}
-
-int PortSelection::comNumberIn(const QString& caption)
-{
-    for (int n = 1; n <= kPickableRows; ++n)
-        if (caption.contains(QStringLiteral("(COM%1)").arg(n)))
-            return n;
-    return 0;
-}
-
 void PortSelection::restoreChecks()
 {
     const QString conzult = readSetting(store_, Settings::UseConZultInterface);
@@ -45,49 +27,30 @@ void PortSelection::restoreChecks()
 void PortSelection::RefreshPortList()
 {
     const QString saved = readSetting(store_, Settings::PortNumber);
-    captions_.clear();
-    checked_.clear();
+    const PortListing listing = rows_.refresh(source_, saved, [this](int n) {
+        session_.link().setCommPort(n);
+        session_.panels().setText(2, QStringLiteral("Consult Port %1").arg(n));
+    });
     emit rowsChanged();
-
-    const PortListing listing = listPresentPorts(source_);
-    if (!listing.ok()) {
+    if (!listing.ok())
         emit errorBox(listing.status, listing.errorTitle);
-        return;
-    }
-    const DevLister& lister = listing.lister;
-    for (int i = 1; i <= lister.ListCount(); ++i) {
-        const QString caption = lister.Item(i).GetName();
-        captions_.append(caption);
-        checked_.append(false);
-        if (caption.contains(saved)) {
-            checked_.last() = true;
-            if (const int n = comNumberIn(caption)) {
-                session_.link().setCommPort(n);
-                session_.panels().setText(2, QStringLiteral("Consult Port %1").arg(n));
-            }
-        }
-    }
-    emit rowsChanged();
 }
 
 void PortSelection::PickPort(int row)
 {
-    for (int i = 0; i < qMin(int(checked_.size()), kPickableRows); ++i)
-        checked_[i] = false;
-    if (row < 1 || row > kPickableRows || row > captions_.size()) {
+    const int n = rows_.pick(row);
+    if (n < 0) {
         emit rowsChanged();
         return;
     }
-    checked_[row - 1] = true;
-    const QString caption = captions_[row - 1];
-    if (const int n = comNumberIn(caption)) {
+    if (n > 0) {
         session_.link().setCommPort(n);
         session_.panels().setText(2, QStringLiteral("Consult Port %1").arg(n));
         writeSetting(store_, Settings::PortNumber, QString::number(n));
     }
     emit rowsChanged();
     if (notifyPorts_)
-        emit message(QStringLiteral("Consult port set to ") + caption);
+        emit message(QStringLiteral("Consult port set to ") + rows_.caption(row));
 }
 
 void PortSelection::UpdatePortInformation()

@@ -2,7 +2,7 @@
 // "Update Port Information" and the ConZult interface's DTR toggling.
 #pragma once
 
-#include "consult/dev_lister.h"
+#include "consult/port_rows.h"
 
 #include <QObject>
 #include <QStringList>
@@ -15,14 +15,15 @@ class SettingsStore;
 class PortSelection : public QObject {
     Q_OBJECT
 public:
-    static constexpr int kPickableRows = 16;
+    static constexpr int kPickableRows = PortRows::kPickableRows;
 
     PortSelection(ConsultSession& session, SettingsStore& store, DeviceSource source, QObject* parent = nullptr);
 
     // Rows of the menu `portss`, counted from 1.
-    int rowCount() const { return int(captions_.size()); }
-    QString rowCaption(int row) const;
-    bool rowChecked(int row) const;
+    int rowCount() const { return rows_.count(); }
+    QString rowCaption(int row) const { return rows_.caption(row); }
+    bool rowChecked(int row) const { return rows_.checked(row); }
+    const PortRows& rows() const { return rows_; }
 
     bool useConZultChecked() const { return useConZult_; }
     bool notifyPortsChecked() const { return notifyPorts_; }
@@ -49,13 +50,10 @@ signals:
     void errorBox(const QString& text, const QString& title);
 
 private:
-    static int comNumberIn(const QString& caption);
-
     ConsultSession& session_;
     SettingsStore& store_;
     DeviceSource source_;
-    QStringList captions_;
-    QList<bool> checked_;
+    PortRows rows_;
     bool useConZult_ = false;
     bool notifyPorts_ = false;
 };

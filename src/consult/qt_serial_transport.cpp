@@ -17,7 +17,7 @@ QtSerialTransport::~QtSerialTransport()
 
 bool QtSerialTransport::open(QString* error)
 {
-    port_.setBaudRate(QSerialPort::Baud9600);
+    port_.setBaudRate(baud_);
     port_.setDataBits(QSerialPort::Data8);
     port_.setParity(QSerialPort::NoParity);
     port_.setStopBits(QSerialPort::OneStop);

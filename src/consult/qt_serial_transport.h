@@ -11,6 +11,9 @@ public:
     explicit QtSerialTransport(const QString& devicePath, QObject* parent = nullptr);
     ~QtSerialTransport() override;
 
+    // The line speed for the next open; 9600 baud, the Consult line, unless set.
+    void setBaudRate(qint32 baud) { baud_ = baud; }
+
     bool open(QString* error) override;
     void close() override;
     bool isOpen() const override;
@@ -26,4 +29,5 @@ private:
 
     QSerialPort port_;
     bool dtr_ = false;
+    qint32 baud_ = QSerialPort::Baud9600;
 };

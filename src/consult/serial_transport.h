@@ -1,10 +1,12 @@
-// One serial device under the Consult link: the real port, the in-process
-// simulator, a test double or a recorder around any of them.
+// One serial device under the Consult link or the external sensor port: the
+// real port, an in-process simulator, a test double or a recorder around any
+// of them.
 #pragma once
 
 #include <QByteArray>
 #include <QObject>
 #include <QString>
+#include <functional>
 
 class SerialTransport : public QObject {
     Q_OBJECT
@@ -12,7 +14,8 @@ public:
     using QObject::QObject;
     ~SerialTransport() override = default;
 
-    // Opens the device at 9600 baud, 8 data bits, no parity, 1 stop bit, no flow control.
+    // Opens the device with 8 data bits, no parity, 1 stop bit, no flow control, at
+    // 9600 baud for the Consult line (the external port's devices take their own speed).
     virtual bool open(QString* error) = 0;
     virtual void close() = 0;
     virtual bool isOpen() const = 0;
@@ -34,3 +37,9 @@ signals:
     // The device went away (unplugged) or failed for good while open.
     void lost(const QString& reason);
 };
+
+// Makes the device behind a port number; null with an error text when there is none.
+using TransportFactory = std::function<SerialTransport*(int port, QString* error)>;
+// Makes and opens the device behind a port number; null with the reason when
+// there is none or it cannot be opened (missing, busy, no permission).
+SerialTransport* openTransport(const TransportFactory& factory, int port, QString* error);

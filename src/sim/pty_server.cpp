@@ -1,5 +1,6 @@
 #include "sim/pty_server.h"
 
+#include "sim/console_lines.h"
 #include "sim/pty_link.h"
 
 #include <algorithm>
@@ -36,7 +37,8 @@ void logBytes(std::FILE* log, const char* dir, const std::uint8_t* b, std::size_
 
 class Server {
 public:
-    Server(const ToolOptions& o, const ServerIo& io) : opts_(o), io_(io), sim_(o.seed), pace_(o.pace)
+    Server(const ToolOptions& o, const ServerIo& io)
+        : opts_(o), io_(io), console_(io.commandFd), sim_(o.seed), pace_(o.pace)
     {
         sim_.setFaults(o.faults);
         if (!o.partNumber.empty())
@@ -50,19 +52,17 @@ public:
 private:
     void readPty();
     void readCommands();
-    bool consoleReadable() const;
     void command(const std::string& line);
     void pump(double elapsedMs);
     void status();
 
     ToolOptions opts_;
     ServerIo io_;
+    ConsoleLines console_;
     EcuSimulator sim_;
     PtyLink pty_;
     bool pace_;
     bool quit_ = false;
-    bool commandsOpen_ = true;
-    std::string lineBuf_;
     std::vector<std::uint8_t> outBuf_;
     std::size_t outPos_ = 0;
     double credit_ = 0;
@@ -70,18 +70,9 @@ private:
 
 int Server::run(const volatile std::sig_atomic_t& stop)
 {
-    std::string error;
-    if (!pty_.open(&error)) {
-        std::fprintf(io_.log, "vexorin-ecu-sim: cannot open a pseudo-terminal: %s\n", error.c_str());
+    if (!openToolPty(pty_, opts_.linkPath, "vexorin-ecu-sim", io_))
         return 1;
-    }
     const std::string slave = pty_.slavePath();
-    if (!opts_.linkPath.empty() && !createLink(opts_.linkPath, slave, &error)) {
-        std::fprintf(io_.log, "vexorin-ecu-sim: %s\n", error.c_str());
-        return 1;
-    }
-    std::fprintf(io_.out, "PTY %s\n", slave.c_str());
-    std::fflush(io_.out);
     std::fprintf(io_.log, "vexorin-ecu-sim: ECU on %s%s%s, seed %u, part number %s%s\n", slave.c_str(),
                  opts_.linkPath.empty() ? "" : " via ", opts_.linkPath.c_str(), opts_.seed,
                  sim_.partNumber().c_str(), pace_ ? ", paced" : "");
@@ -93,7 +84,7 @@ int Server::run(const volatile std::sig_atomic_t& stop)
     while (stop == 0 && !quit_) {
         const bool busy = sim_.streaming() || sim_.pending() > 0 || outPos_ < outBuf_.size();
         pollfd fds[2] = {{pty_.masterFd(), POLLIN, 0}, {io_.commandFd, POLLIN, 0}};
-        const nfds_t n = consoleReadable() ? 2 : 1;
+        const nfds_t n = console_.readable() ? 2 : 1;
         const int r = ::poll(fds, n, busy ? 1 : 10);
         if (r < 0 && errno != EINTR) {
             std::fprintf(io_.log, "vexorin-ecu-sim: poll: %s\n", std::strerror(errno));
@@ -120,10 +111,7 @@ int Server::run(const volatile std::sig_atomic_t& stop)
         pump(elapsedMs);
     }
 
-    if (!opts_.linkPath.empty())
-        removeLink(opts_.linkPath, slave);
-    pty_.close();
-    std::fprintf(io_.log, "vexorin-ecu-sim: stopped\n");
+    closeToolPty(pty_, opts_.linkPath, "vexorin-ecu-sim", io_);
     return 0;
 }
 
@@ -140,40 +128,10 @@ void Server::readPty()
     }
 }
 
-bool Server::consoleReadable() const
-{
-    if (!commandsOpen_ || io_.commandFd < 0)
-        return false;
-    // A terminal is read only while the tool runs in the foreground; started
-    // in the background of a shell it would otherwise be stopped (SIGTTIN).
-    if (::isatty(io_.commandFd) == 1) {
-        const pid_t fg = ::tcgetpgrp(io_.commandFd);
-        return fg < 0 || fg == ::getpgrp();
-    }
-    return true;
-}
-
 void Server::readCommands()
 {
-    char buf[256];
-    const ssize_t n = ::read(io_.commandFd, buf, sizeof buf);
-    if (n < 0 && errno == EIO && ::isatty(io_.commandFd) == 1)
-        return;   // a background read of the terminal; try again in the foreground
-    if (n == 0 || (n < 0 && errno != EINTR && errno != EAGAIN)) {
-        commandsOpen_ = false;   // keep running without a console
-        return;
-    }
-    if (n < 0)
-        return;
-    lineBuf_.append(buf, std::size_t(n));
-    std::size_t nl;
-    while ((nl = lineBuf_.find('\n')) != std::string::npos) {
-        const std::string line = lineBuf_.substr(0, nl);
-        lineBuf_.erase(0, nl + 1);
+    for (const std::string& line : console_.read())
         command(line);
-    }
-    if (lineBuf_.size() > 4096)
-        lineBuf_.clear();
 }
 
 void Server::command(const std::string& line)
@@ -242,6 +200,30 @@ void Server::pump(double elapsedMs)
 }
 
 }  // namespace
+
+bool openToolPty(PtyLink& pty, const std::string& linkPath, const char* tool, const ServerIo& io)
+{
+    std::string error;
+    if (!pty.open(&error)) {
+        std::fprintf(io.log, "%s: cannot open a pseudo-terminal: %s\n", tool, error.c_str());
+        return false;
+    }
+    if (!linkPath.empty() && !createLink(linkPath, pty.slavePath(), &error)) {
+        std::fprintf(io.log, "%s: %s\n", tool, error.c_str());
+        return false;
+    }
+    std::fprintf(io.out, "PTY %s\n", pty.slavePath().c_str());
+    std::fflush(io.out);
+    return true;
+}
+
+void closeToolPty(PtyLink& pty, const std::string& linkPath, const char* tool, const ServerIo& io)
+{
+    if (!linkPath.empty())
+        removeLink(linkPath, pty.slavePath());
+    pty.close();
+    std::fprintf(io.log, "%s: stopped\n", tool);
+}
 
 int runPtyServer(const ToolOptions& options, const volatile std::sig_atomic_t& stop, const ServerIo& io)
 {

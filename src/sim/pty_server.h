@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <string>
 
 namespace vexorin::sim {
 
@@ -20,6 +21,15 @@ struct ServerIo {
 // far ahead of what the PC reads.
 constexpr std::size_t kMaxQueued = 64;
 constexpr double kLineBytesPerSecond = 960.0;   // 9600 baud, 10 bits a byte
+
+class PtyLink;
+
+// Opens the tool's pseudo-terminal and the symbolic link to it, if one is
+// asked for, and prints "PTY <slave path>" on io.out; false after printing
+// the reason, prefixed with the tool's name, on io.log.
+bool openToolPty(PtyLink& pty, const std::string& linkPath, const char* tool, const ServerIo& io);
+// Removes the symbolic link, closes the pseudo-terminal and says so on io.log.
+void closeToolPty(PtyLink& pty, const std::string& linkPath, const char* tool, const ServerIo& io);
 
 // Runs until `stop` becomes non-zero or "quit" is read. Returns the exit code.
 int runPtyServer(const ToolOptions& options, const volatile std::sig_atomic_t& stop, const ServerIo& io = ServerIo{});

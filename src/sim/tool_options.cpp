@@ -8,8 +8,6 @@
 
 namespace vexorin::sim {
 
-namespace {
-
 bool parseUnsigned(const std::string& text, int base, unsigned long max, unsigned long& out)
 {
     if (text.empty())
@@ -49,8 +47,6 @@ bool parseOnOff(const std::string& word, bool& on)
     }
     return false;
 }
-
-}  // namespace
 
 bool parseFaultList(const std::string& text, std::vector<EcuSimulator::Fault>& out, std::string* error)
 {

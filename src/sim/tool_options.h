@@ -23,6 +23,13 @@ struct ToolOptions {
 
 enum class ParseResult { Ok, Help, Error };
 
+// Words of the tools' command lines and consoles.
+// A whole number in the base (10 or 16) up to `max`, digits only.
+bool parseUnsigned(const std::string& text, int base, unsigned long max, unsigned long& out);
+// "on", "1", "yes" or "off", "0", "no".
+bool parseOnOff(const std::string& word, bool& on);
+std::string trim(const std::string& s);
+
 // args without the program name.
 ParseResult parseToolOptions(const std::vector<std::string>& args, ToolOptions& out, std::string* error);
 std::string toolUsage(const std::string& program);

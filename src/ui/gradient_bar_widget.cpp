@@ -26,6 +26,29 @@ void GradientBar::setMaximum(int m)
     update();
 }
 
+void GradientBar::setOrientation(Qt::Orientation o)
+{
+    if (o == orientation_)
+        return;
+    orientation_ = o;
+    if (o == Qt::Vertical)
+        setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    else
+        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    updateGeometry();
+    update();
+}
+
+QSize GradientBar::sizeHint() const
+{
+    return orientation_ == Qt::Vertical ? QSize(44, 200) : QSize(160, 18);
+}
+
+QSize GradientBar::minimumSizeHint() const
+{
+    return orientation_ == Qt::Vertical ? QSize(24, 60) : QSize(40, 10);
+}
+
 void GradientBar::setBackColor(const QColor& c) { back_ = c; update(); }
 void GradientBar::setStartColor(const QColor& c) { start_ = c; update(); }
 void GradientBar::setEndColor(const QColor& c) { end_ = c; update(); }
@@ -54,18 +77,21 @@ void GradientBar::paintEvent(QPaintEvent*)
     QPainter p(this);
     const QRect r = rect();
     p.fillRect(r, back_);
-    const int filled = int(fraction() * r.width() + 0.5);
+    const bool vertical = orientation_ == Qt::Vertical;
+    const int filled = int(fraction() * (vertical ? r.height() : r.width()) + 0.5);
     if (filled > 0) {
         // The gradient spans the whole bar, so the colour at a spot does not depend on the value.
-        QLinearGradient g(r.topLeft(), r.topRight());
+        QLinearGradient g = vertical ? QLinearGradient(r.bottomLeft(), r.topLeft()) : QLinearGradient(r.topLeft(), r.topRight());
         g.setColorAt(0.0, start_);
         g.setColorAt(1.0, end_);
-        p.fillRect(QRect(r.left(), r.top(), filled, r.height()), g);
-        // A soft highlight along the top gives the smooth look.
-        QLinearGradient shine(r.topLeft(), r.bottomLeft());
+        const QRect part = vertical ? QRect(r.left(), r.bottom() + 1 - filled, r.width(), filled)
+                                    : QRect(r.left(), r.top(), filled, r.height());
+        p.fillRect(part, g);
+        // A soft highlight along the top (or the left side of a standing bar) gives the smooth look.
+        QLinearGradient shine = vertical ? QLinearGradient(r.topLeft(), r.topRight()) : QLinearGradient(r.topLeft(), r.bottomLeft());
         shine.setColorAt(0.0, QColor(255, 255, 255, 90));
         shine.setColorAt(0.5, QColor(255, 255, 255, 0));
-        p.fillRect(QRect(r.left(), r.top(), filled, r.height()), shine);
+        p.fillRect(part, shine);
     }
     p.setPen(QColor(0, 0, 0, 90));
     p.drawRect(r.adjusted(0, 0, -1, -1));

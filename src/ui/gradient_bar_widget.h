@@ -1,5 +1,6 @@
-// A horizontal bar: value and maximum, a back colour, a smooth gradient from
-// the start to the end colour, and an optional text around its percentage.
+// A bar: value and maximum, a back colour, a smooth gradient from the start to
+// the end colour, and an optional text around its percentage. It lies
+// horizontally and fills from the left, or stands and fills from the bottom.
 #pragma once
 
 #include <QColor>
@@ -14,6 +15,9 @@ public:
     int maximum() const { return maximum_; }
     void setValue(int v);
     void setMaximum(int m);
+
+    Qt::Orientation orientation() const { return orientation_; }
+    void setOrientation(Qt::Orientation o);
 
     QColor backColor() const { return back_; }
     QColor startColor() const { return start_; }
@@ -35,13 +39,14 @@ public:
     // The share of the bar that is filled, 0 to 1 (positions outside 0..maximum are clamped).
     double fraction() const;
 
-    QSize sizeHint() const override { return {160, 18}; }
-    QSize minimumSizeHint() const override { return {40, 10}; }
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent*) override;
 
 private:
+    Qt::Orientation orientation_ = Qt::Horizontal;
     int value_ = 0;
     int maximum_ = 100;
     QColor back_{0x80, 0x80, 0xFF};

@@ -1,22 +1,13 @@
 #include "app/settings/settings_access.h"
 #include "consult/port_catalog.h"
 #include "consult/port_selection.h"
+#include "named_devices.h"
 #include "session_harness.h"
 #include "temp_settings.h"
 
 #include <QTest>
 
 namespace {
-DeviceSource namedDevices(const QStringList& friendlyNames)
-{
-    return [friendlyNames](bool) {
-        QList<PlatformDevice> out;
-        for (const QString& n : friendlyNames)
-            out.append({n, n, n, QStringLiteral("Ports")});
-        return out;
-    };
-}
-
 struct Selection {
     explicit Selection(const QStringList& names)
         : ports(h.session, *settings.store, namedDevices(names))

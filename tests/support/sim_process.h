@@ -1,5 +1,6 @@
-// The standalone ECU simulator on a pseudo-terminal, for tests that go
-// through the real serial port code.
+// A standalone simulator on a pseudo-terminal (the ECU unless another tool is
+// named, e.g. VEXORIN_DLP_SIM), for tests that go through the real serial
+// port code.
 #pragma once
 
 #include <QProcess>
@@ -8,9 +9,9 @@
 
 class SimProcess {
 public:
-    explicit SimProcess(const QStringList& args = {})
+    explicit SimProcess(const QStringList& args = {}, const QString& program = QStringLiteral(VEXORIN_ECU_SIM))
     {
-        process_.setProgram(QStringLiteral(VEXORIN_ECU_SIM));
+        process_.setProgram(program);
         process_.setArguments(args);
         process_.start();
         if (!process_.waitForStarted(5000))
