@@ -683,7 +683,6 @@ void MainWindow::showExternalSensors()
     if (!externalSensors_) {
         externalSensors_ = new ExternalSensorsWindow(ExternalSensors::forApp(core_), this);
         externalSensors_->setAttribute(Qt::WA_DeleteOnClose);
-        connect(externalSensors_, &QObject::destroyed, this, [this] { externalSensors_ = nullptr; });
         connect(externalSensors_, &ExternalSensorsWindow::interfaceCheckRequested, this, &MainWindow::showInterfaceCheck);
     }
     externalSensors_->show();

@@ -131,5 +131,5 @@ private:
     QList<QAction*> intervalActions_;
     QList<QAction*> voiceTypeActions_;
     QList<std::pair<QAction*, bool (OptionsMenu::*)() const>> optionChecks_;
-    ExternalSensorsWindow* externalSensors_ = nullptr;
+    QPointer<ExternalSensorsWindow> externalSensors_;
 };
