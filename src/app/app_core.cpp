@@ -1,6 +1,9 @@
 #include "app/app_core.h"
 
+#include "app/color_frame.h"
 #include "app/options_menu.h"
+#include "app/splash.h"
+#include "app/update_check.h"
 #include "app/settings/settings_access.h"
 #include "consult/fault_codes.h"
 #include "graph/graph_control.h"
@@ -22,6 +25,7 @@
 #include "voice/voice_monitor.h"
 
 #include <QLocale>
+#include <functional>
 
 AppCore::AppCore(SettingsStore& store, SpeechOut& speech, QObject* parent)
     : QObject(parent),
@@ -53,6 +57,9 @@ AppCore::AppCore(SettingsStore& store, SpeechOut& speech, QObject* parent)
     stream_->setGraphTestStopHook([this] { graphFeed_->stopGraphTest(); });
     capture_ = std::make_unique<LogCapture>(store_, *log_);
     stream_->setLogSink(capture_.get());
+    colorFrame_ = std::make_unique<ColorFrame>(store_, *displays_, *frameSpot_);
+    splash_ = std::make_unique<Splash>();
+    updateCheck_ = std::make_unique<UpdateCheck>(store_);
 
     const QLocale locale;
     stream_->setNumberSymbols({locale.decimalPoint().toStdString(), locale.groupSeparator().toStdString()});
@@ -65,22 +72,49 @@ AppCore::~AppCore()
 
 void AppCore::start()
 {
-    graphFeed_->addFirstPoint(0);  // the hidden scroll bar's value
-    // Graph colours: a missing setting reads as colour 0.
-    graph_->setPointColor(readSetting(store_, Settings::Graph1PointColor).toUInt());
-    graph_->setBarColor(readSetting(store_, Settings::Graph1BarColor).toUInt());
-    for (auto& a : alerts_)
-        a->restore();
-    options_->restore();
-    portSelection_->restoreChecks();
-    voiceMonitor_->restoreInterval();
-    voiceMonitor_->restoreVoiceType();
-    voiceMonitor_->restoreVoiceOn();
-    log_->clear();
-    session_->setFaultCodeList(QString());
-    panels_->setText(1, QStringLiteral("Consult Port Disconnected"));
-    portSelection_->RefreshPortList();
-    voiceMonitor_->announceStartup();
+    ConsultSession& s = *session_;
+    const std::function<void()> steps[] = {
+        // The graph's first point: the hidden test scroll bar's value.
+        [this] { graphFeed_->addFirstPoint(0); },
+        // The bar colours (the window geometry is the window's own step).
+        [this] { colorFrame_->restore(); },
+        // Graph colours: a missing setting reads as colour 0.
+        [this] { graph_->setPointColor(readSetting(store_, Settings::Graph1PointColor).toUInt()); },
+        [this] { graph_->setBarColor(readSetting(store_, Settings::Graph1BarColor).toUInt()); },
+        [this] { alerts_[0]->restore(); },
+        [this] { alerts_[1]->restore(); },
+        // Stay on top, MPH/KPH, Windows 7/XP.
+        [this] { options_->restore(); },
+        // Use ConZult Interface and Notify When Selecting Ports.
+        [this] { portSelection_->restoreChecks(); },
+        [this] { voiceMonitor_->restoreInterval(); },
+        [this] { voiceMonitor_->restoreVoiceType(); },
+        [this] { voiceMonitor_->restoreVoiceOn(); },
+        [this, &s] {
+            splash_->SplashSwitch = QStringLiteral("0");
+            s.PortAvailableSwitch = QStringLiteral("0");
+            s.PollingSwitch = QStringLiteral("1");
+            s.InitializedSwitch = QStringLiteral("No");
+            VoiceSwitch = QStringLiteral("Voice On");
+            s.KeepInitializationTimerOffSwitch = QStringLiteral("Off");
+            UnloadSwitch.clear();
+            startupFactor = 0.15f;
+            log_->clear();
+            s.setFaultCodeList(QString());
+            panels_->setText(1, QStringLiteral("Consult Port Disconnected"));
+        },
+        [this] { portSelection_->RefreshPortList(); },
+        [this] { voiceMonitor_->announceStartup(); },
+    };
+    for (const auto& step : steps) {
+        try {
+            step();
+        } catch (...) {
+            // A failed step leaves its part as it was; the start goes on.
+        }
+    }
+    splash_->SplashTimer.start();
+    emit started();
 }
 
 void AppCore::shutdown()

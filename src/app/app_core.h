@@ -32,6 +32,9 @@ class SpeechRecognition;
 class GraphControl;
 class GraphFeed;
 class LogCapture;
+class ColorFrame;
+class Splash;
+class UpdateCheck;
 
 class AppCore : public QObject {
     Q_OBJECT
@@ -39,10 +42,17 @@ public:
     AppCore(SettingsStore& store, SpeechOut& speech, QObject* parent = nullptr);
     ~AppCore() override;
 
-    // Restores what the start-up reads and builds the port list.
+    // The start-up: each step restores what it reads, in the fixed order, and
+    // a step that fails leaves its part as it was while the next one runs.
     void start();
-    // Closes the port the way a disconnect does, if it is open.
+    // The common part of closing: the log file, then the port the way a
+    // disconnect closes it, if it is open.
     void shutdown();
+
+    // Flags of the main window that other parts compare as texts.
+    QString VoiceSwitch;
+    QString UnloadSwitch;
+    float startupFactor = 0.0f;
 
     SettingsStore& store() { return store_; }
     PortCatalog& ports() { return catalog_; }
@@ -68,6 +78,13 @@ public:
     GraphControl& graph() { return *graph_; }
     GraphFeed& graphFeed() { return *graphFeed_; }
     LogCapture& capture() { return *capture_; }
+    ColorFrame& colorFrame() { return *colorFrame_; }
+    Splash& splash() { return *splash_; }
+    UpdateCheck& updateCheck() { return *updateCheck_; }
+
+signals:
+    // The start-up has run: the window applies its stored geometry.
+    void started();
 
 private:
     SettingsStore& store_;
@@ -92,4 +109,7 @@ private:
     std::unique_ptr<GraphControl> graph_;
     std::unique_ptr<GraphFeed> graphFeed_;
     std::unique_ptr<LogCapture> capture_;
+    std::unique_ptr<ColorFrame> colorFrame_;
+    std::unique_ptr<Splash> splash_;
+    std::unique_ptr<UpdateCheck> updateCheck_;
 };

@@ -1,7 +1,15 @@
 #include "app/main_window.h"
 
 #include "app/app_core.h"
+#include "app/color_frame.h"
+#include "app/color_frame_panel.h"
+#include "app/credits_window.h"
 #include "app/options_menu.h"
+#include "app/platform_tools.h"
+#include "app/splash.h"
+#include "app/splash_window.h"
+#include "app/update_check.h"
+#include "rom/hex_chart_window.h"
 #include "consult/fault_codes.h"
 #include "consult/fault_codes_window.h"
 #include "graph/graph_control.h"
@@ -55,12 +63,20 @@
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTimer>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QVBoxLayout>
+#include <functional>
 
 namespace {
 constexpr int px(int twips)
 {
     return twips / MainWindow::kTwipsPerPixel;
+}
+
+constexpr int twips(int pixels)
+{
+    return pixels * MainWindow::kTwipsPerPixel;
 }
 
 // The client area at its fixed design height, with the service panel lying below it.
@@ -137,6 +153,14 @@ MainWindow::MainWindow(AppCore& core, QWidget* parent)
     });
     connect(&core_.views(), &MonitorViews::viewChanged, this, &MainWindow::refreshViews);
     core_.stream().setToolShowing(SensorStream::Tool::MapViewer, [] { return MapViewerWindow::anyShowing(); });
+    connect(&core_, &AppCore::started, this, &MainWindow::applyStartupSettings);
+    connect(&core_.splash(), &Splash::showRequested, this, &MainWindow::showSplash);
+    connect(&core_.splash(), &Splash::unloadRequested, this, [this] {
+        if (splash_)
+            splash_->close();
+    });
+    connect(&core_.updateCheck(), &UpdateCheck::message, this,
+            [this](const QString& text, const QString& title) { MessageBoxes::information(this, text, title); });
     refreshLabels();
     refreshPortRows();
     refreshChecks();
@@ -145,6 +169,51 @@ MainWindow::MainWindow(AppCore& core, QWidget* parent)
 }
 
 MainWindow::~MainWindow() = default;
+
+ExternalSensorsWindow* MainWindow::externalSensorsWindow() const
+{
+    return externalSensors_;
+}
+
+InterfaceCheckWindow* MainWindow::interfaceCheckWindow() const
+{
+    return interfaceCheck_;
+}
+
+DashWindow* MainWindow::dashWindow() const
+{
+    return dash_;
+}
+
+ByteViewerWindow* MainWindow::byteViewerWindow() const
+{
+    return byteViewer_;
+}
+
+StartupAnnounceWindow* MainWindow::startupAnnounceWindow() const
+{
+    return startupAnnounce_;
+}
+
+FaultCodesWindow* MainWindow::faultCodesWindow() const
+{
+    return faultCodesWindow_;
+}
+
+SpeechEnginesWindow* MainWindow::speechEnginesWindow() const
+{
+    return speechEngines_;
+}
+
+GraphTestWindow* MainWindow::graphTestWindow() const
+{
+    return graphTest_;
+}
+
+LogPlayerWindow* MainWindow::logPlayerWindow() const
+{
+    return logPlayer_;
+}
 
 QAction* MainWindow::action(const QString& objectName) const
 {
@@ -174,7 +243,7 @@ void MainWindow::buildMenus()
     connect(captureAction_, &QAction::triggered, this,
             [this] { captureAction_->setChecked(core_.capture().checked()); });
     file->addSeparator();
-    add(file, "Exit", tr("Exit"), [this] { close(); });
+    add(file, "Exit", tr("Exit"), [this] { exitFromMenu(); });
 
     consultMenu_ = menuBar()->addMenu(tr("&Consult"));
     consultMenu_->setObjectName(QStringLiteral("ConsultMenu"));
@@ -206,6 +275,16 @@ void MainWindow::buildMenus()
     add(view, "ByteViewer", QStringLiteral("Byte Viewer"), [this] { showByteViewer(); });
     view->addSeparator();
     add(view, "UseExternalSensors", QStringLiteral("External Sensors"), [this] { showExternalSensors(); });
+    // The colour frame's targets; the A/F bar (switch 7) comes last in the menu.
+    QMenu* colors = view->addMenu(QStringLiteral("Sensor Colors"));
+    colors->menuAction()->setObjectName(QStringLiteral("SensorColors"));
+    ColorFrame& cf = core_.colorFrame();
+    for (int i : {0, 1, 2, 3, 4, 5, 6, 8, 9, 10, 11, 12, 13, 14, 7}) {
+        const ColorFrame::Target& t = ColorFrame::kTargetTable[std::size_t(i)];
+        add(colors, t.menuItem, QLatin1String(t.caption), [&cf, i] { cf.ShowFrame(i); });
+        if (i == 0)
+            colors->addSeparator();
+    }
 
     QMenu* voice = menuBar()->addMenu(tr("V&oice"));
     VoiceMonitor& vm = core_.voiceMonitor();
@@ -259,6 +338,23 @@ void MainWindow::buildMenus()
 
     QMenu* options = menuBar()->addMenu(tr("&Options"));
     OptionsMenu& om = core_.options();
+    stayOnTopAction_ = add(options, "StayOnTop", QStringLiteral("Stay on top"), [&om] { om.ToggleStayOnTop(); });
+    stayOnTopAction_->setCheckable(true);
+    connect(&om, &OptionsMenu::changed, this, [this] {
+        const bool on = core_.options().stayOnTop();
+        if (stayOnTopAction_->isChecked() != on || bool(windowFlags() & Qt::WindowStaysOnTopHint) != on) {
+            stayOnTopAction_->setChecked(on);
+            const bool shown = isVisible();
+            setWindowFlag(Qt::WindowStaysOnTopHint, on);  // no move, no size change
+            if (shown)
+                show();
+        }
+    });
+    add(options, "SetWindowSize", QStringLiteral("Set Window Size and Position"), [this] {
+        const QRect g = frameGeometry();
+        core_.options().SetWindowSize({twips(g.height()), twips(g.width()), twips(g.y()), twips(g.x())});
+    });
+    options->addSeparator();
     const struct {
         const char* name;
         const char* caption;
@@ -285,13 +381,35 @@ void MainWindow::buildMenus()
     notifyPortsAction_->setCheckable(true);
 
     QMenu* extra = menuBar()->addMenu(tr("E&xtra Utilities"));
-    add(extra, "StartVoiceRecognition", QStringLiteral("Start Microsoft Speech Recognition"),
-        [this] { core_.recognition().StartVoiceRecognition(); });
+    extra->setToolTipsVisible(true);
+    const PlatformTools desktop;
+    const struct {
+        const char* name;
+        const char* caption;
+        PlatformTool tool;
+    } desktopTools[] = {{"Search", "Search For Files or Folders", desktop.search()},
+                        {"PerformanceMonitor", "Performance Monitor", desktop.performanceMonitor()}};
+    for (const auto& d : desktopTools) {
+        QAction* a = add(extra, d.name, QLatin1String(d.caption), [this, tool = d.tool] {
+            if (!PlatformTools::launch(tool))
+                MessageBoxes::information(this, tr("The program %1 could not be started.").arg(tool.program));
+        });
+        a->setEnabled(!d.tool.program.isEmpty());
+        a->setToolTip(d.tool.program.isEmpty() ? d.tool.missingTip : d.tool.program);
+    }
+    extra->addSeparator();
+    QAction* recognition = add(extra, "StartVoiceRecognition", QStringLiteral("Start Microsoft Speech Recognition"),
+                               [this] { core_.recognition().StartVoiceRecognition(); });
+    recognition->setEnabled(false);
+    recognition->setToolTip(tr("Windows speech recognition is available on Windows only"));
     add(extra, "SpeechEngines", QStringLiteral("Check or Tweak Installed Speech Engines"),
         [this] { showSpeechEngines(); });
 
     QMenu* help = menuBar()->addMenu(tr("&Help"));
+    add(help, "About", QStringLiteral("About"), [this] { showSplash(); });
+    add(help, "Credits", QStringLiteral("Credits"), [this] { showCredits(); });
     add(help, "FaultCodes", QStringLiteral("Fault Codes"), [this] { showFaultCodes(); });
+    add(help, "CheckForUpdates", QStringLiteral("Check For Updates"), [this] { core_.updateCheck().CheckForUpdates(); });
 
 }
 
@@ -347,6 +465,11 @@ QWidget* MainWindow::buildClientArea()
         connect(&core_.alert(i), &Alert::message, this, [this](const QString& t) { MessageBoxes::notify(this, t); });
         sharedSpotFrames_.append(frame);
     }
+    colorFramePanel_ = new ColorFramePanel(core_.colorFrame(), [this] { return core_.options().stayOnTop(); }, client);
+    sharedSpotFrames_.append(colorFramePanel_);
+    connect(&core_.frameSpot(), &FrameSpot::changed, this, [this] {
+        colorFramePanel_->setVisible(core_.frameSpot().shown() == FrameSpot::Color);
+    });
     connect(&core_.frameSpot(), &FrameSpot::changed, this, &MainWindow::placeSharedSpotFrames);
     sensorPanel_->installEventFilter(this);
 
@@ -392,8 +515,10 @@ QWidget* MainWindow::buildGraphFrame()
     pointColor_ = new ColorPicker(QStringLiteral("Point Color"), frame);
     connect(dataColor_, &ColorPicker::colorPicked, &core_.graph(), &GraphControl::setBarColor);
     connect(pointColor_, &ColorPicker::colorPicked, &core_.graph(), &GraphControl::setPointColor);
-    for (ColorPicker* picker : {dataColor_, pointColor_})
+    for (ColorPicker* picker : {dataColor_, pointColor_}) {
         picker->setRefusalHandler([this](const QString& t) { MessageBoxes::information(this, t); });
+        picker->setStayOnTopQuery([this] { return core_.options().stayOnTop(); });
+    }
     controls->addWidget(dataColor_, 3, 0);
     controls->addWidget(pointColor_, 3, 1);
     h->addLayout(controls);
@@ -673,7 +798,105 @@ void MainWindow::showSpeechEngines()
 void MainWindow::closeEvent(QCloseEvent* event)
 {
     core_.shutdown();
+    core_.UnloadSwitch.clear();
+    unloadWindows();
     event->accept();
+}
+
+void MainWindow::exitFromMenu()
+{
+    core_.UnloadSwitch.clear();
+    unloadWindows();
+    close();
+}
+
+void MainWindow::unloadWindows()
+{
+    const auto one = [](QWidget* w) { return w ? QList<QWidget*>{w} : QList<QWidget*>{}; };
+    const auto many = [](const auto& windows) {
+        QList<QWidget*> list;
+        for (QWidget* w : windows)
+            list.append(w);
+        return list;
+    };
+    const std::function<QList<QWidget*>()> order[] = {
+        [&] { return one(credits_); },
+        [&] { return one(BinViewerWindow::existingHexChart()); },
+        [&] { return many(MapViewerWindow::all()); },
+        [&] { return one(startupAnnounce_); },
+        [&] { return one(byteViewer_); },
+        [&] { return one(graphTest_); },
+        [&] { return many(BinViewerWindow::all()); },
+        [&] { return one(logPlayer_); },
+        [&] { return one(interfaceCheck_); },
+        [&] { return one(faultCodesWindow_); },
+        [&] { return one(dash_); },
+        [&] { return one(externalSensors_); },
+        [&] { return one(findChild<QWidget*>(QStringLiteral("SensorName"), Qt::FindDirectChildrenOnly)); },
+        [&] { return one(speechEngines_); },
+        [&] { return one(splash_); },
+    };
+    for (const auto& windows : order) {
+        for (QWidget* w : windows()) {
+            emit windowUnloading(w->objectName());
+            w->hide();
+            delete w;
+        }
+    }
+}
+
+void MainWindow::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        core_.splash().mainWindowActivated();
+}
+
+void MainWindow::applyStartupSettings()
+{
+    // The stored place and size; missing values take the design's.
+    // Height and width are the outer size, title bar and borders included.
+    const WindowGeometry g = core_.options().storedGeometry();
+    const QSize frame = frameGeometry().size() - size();
+    move(px(g.left), px(g.top));
+    resize(qMax(px(g.width) - frame.width(), 200), qMax(px(g.height) - frame.height(), 150));
+    // A place that no screen shows any more is brought back onto the first one.
+    bool onScreen = false;
+    for (const QScreen* screen : QGuiApplication::screens())
+        onScreen = onScreen || screen->availableGeometry().intersects(geometry());
+    if (!onScreen && QGuiApplication::primaryScreen())
+        move(QGuiApplication::primaryScreen()->availableGeometry().topLeft());
+    emit core_.options().changed();  // "Stay on top" as restored
+}
+
+SplashWindow* MainWindow::splashWindow() const
+{
+    return splash_;
+}
+
+CreditsWindow* MainWindow::creditsWindow() const
+{
+    return credits_;
+}
+
+void MainWindow::showSplash()
+{
+    if (!splash_) {
+        splash_ = new SplashWindow(core_.splash(), this);
+        splash_->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    splash_->show();
+    splash_->raise();
+}
+
+void MainWindow::showCredits()
+{
+    if (!credits_) {
+        credits_ = new CreditsWindow(this);
+        credits_->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    credits_->show();
+    credits_->raise();
 }
 
 // External sensors. The window goes with its port when it is closed, and is

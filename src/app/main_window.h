@@ -29,6 +29,9 @@ class LogPlayerWindow;
 class MapViewerWindow;
 class BinViewerWindow;
 class ExternalSensorsWindow;
+class ColorFramePanel;
+class CreditsWindow;
+class SplashWindow;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -42,25 +45,44 @@ public:
 
     QAction* action(const QString& objectName) const;
     QMenu* portMenu() const { return consultMenu_; }
-    InterfaceCheckWindow* interfaceCheckWindow() const { return interfaceCheck_; }
-    DashWindow* dashWindow() const { return dash_; }
-    ByteViewerWindow* byteViewerWindow() const { return byteViewer_; }
-    StartupAnnounceWindow* startupAnnounceWindow() const { return startupAnnounce_; }
-    FaultCodesWindow* faultCodesWindow() const { return faultCodesWindow_; }
-    SpeechEnginesWindow* speechEnginesWindow() const { return speechEngines_; }
+    InterfaceCheckWindow* interfaceCheckWindow() const;
+    DashWindow* dashWindow() const;
+    ByteViewerWindow* byteViewerWindow() const;
+    StartupAnnounceWindow* startupAnnounceWindow() const;
+    FaultCodesWindow* faultCodesWindow() const;
+    SpeechEnginesWindow* speechEnginesWindow() const;
     LargeViewPanel* largeViewer() const { return largeViewer_; }
-    GraphTestWindow* graphTestWindow() const { return graphTest_; }
+    GraphTestWindow* graphTestWindow() const;
     GraphWidget* graphWidget() const { return graphWidget_; }
-    LogPlayerWindow* logPlayerWindow() const { return logPlayer_; }
+    LogPlayerWindow* logPlayerWindow() const;
     MapViewerWindow* mapViewerWindow() const;
     void showMapViewer();
     BinViewerWindow* binViewerWindow() const;
     void showBinViewer();
 
     // External sensors: the External Gauge Monitor, while it is open.
-    ExternalSensorsWindow* externalSensorsWindow() const { return externalSensors_; }
+    ExternalSensorsWindow* externalSensorsWindow() const;
+
+    // Help and Extra Utilities.
+    void showSplash();
+    void showCredits();
+    SplashWindow* splashWindow() const;
+    CreditsWindow* creditsWindow() const;
+    ColorFramePanel* colorFramePanel() const { return colorFramePanel_; }
+    // File, Exit: the other windows go in their fixed order, then this one,
+    // whose own closing ends capture and closes the port.
+    void exitFromMenu();
+    // Every other window, in the fixed order of the shutdown.
+    void unloadWindows();
+    // The stored geometry and "Stay on top", applied when the start-up has run.
+    void applyStartupSettings();
+
+signals:
+    // A window is about to go in the shutdown's unload (its object name).
+    void windowUnloading(const QString& objectName);
 
 protected:
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -105,15 +127,15 @@ private:
     QLabel* panels_[8] = {};
     QPlainTextEdit* sessionLog_ = nullptr;
     SensorPanel* sensorPanel_ = nullptr;
-    InterfaceCheckWindow* interfaceCheck_ = nullptr;
+    QPointer<InterfaceCheckWindow> interfaceCheck_;
     LargeViewPanel* largeViewer_ = nullptr;
-    DashWindow* dash_ = nullptr;
-    ByteViewerWindow* byteViewer_ = nullptr;
+    QPointer<DashWindow> dash_;
+    QPointer<ByteViewerWindow> byteViewer_;
     QAction* viewAllAction_ = nullptr;
     QAction* largeViewAction_ = nullptr;
-    StartupAnnounceWindow* startupAnnounce_ = nullptr;
-    FaultCodesWindow* faultCodesWindow_ = nullptr;
-    SpeechEnginesWindow* speechEngines_ = nullptr;
+    QPointer<StartupAnnounceWindow> startupAnnounce_;
+    QPointer<FaultCodesWindow> faultCodesWindow_;
+    QPointer<SpeechEnginesWindow> speechEngines_;
     QList<QWidget*> sharedSpotFrames_;
     GraphWidget* graphWidget_ = nullptr;
     QLabel* graphSensorLabel_ = nullptr;
@@ -123,8 +145,8 @@ private:
     ColorPicker* pointColor_ = nullptr;
     QAction* showLinesAction_ = nullptr;
     QAction* threeDAction_ = nullptr;
-    GraphTestWindow* graphTest_ = nullptr;
-    LogPlayerWindow* logPlayer_ = nullptr;
+    QPointer<GraphTestWindow> graphTest_;
+    QPointer<LogPlayerWindow> logPlayer_;
     QPointer<MapViewerWindow> mapViewer_;
     QPointer<BinViewerWindow> binViewer_;
     QAction* captureAction_ = nullptr;
@@ -132,4 +154,8 @@ private:
     QList<QAction*> voiceTypeActions_;
     QList<std::pair<QAction*, bool (OptionsMenu::*)() const>> optionChecks_;
     QPointer<ExternalSensorsWindow> externalSensors_;
+    QAction* stayOnTopAction_ = nullptr;
+    ColorFramePanel* colorFramePanel_ = nullptr;
+    QPointer<SplashWindow> splash_;
+    QPointer<CreditsWindow> credits_;
 };

@@ -39,8 +39,36 @@ void OptionsMenu::restorePair(bool& first, bool& second, const SettingKey& key)
     }
 }
 
+void OptionsMenu::ToggleStayOnTop()
+{
+    stayOnTop_ = !stayOnTop_;
+    writeSetting(store_, Settings::StayOnTop, text(stayOnTop_));
+    emit changed();
+}
+
+void OptionsMenu::SetWindowSize(const WindowGeometry& g)
+{
+    writeSetting(store_, Settings::WindowHeight, QString::number(g.height));
+    writeSetting(store_, Settings::WindowWidth, QString::number(g.width));
+    writeSetting(store_, Settings::WindowTop, QString::number(g.top));
+    writeSetting(store_, Settings::WindowLeft, QString::number(g.left));
+}
+
+WindowGeometry OptionsMenu::storedGeometry() const
+{
+    const WindowGeometry design;
+    auto read = [this](const SettingKey& key, int fallback, bool size) {
+        bool ok = false;
+        const int v = readSetting(store_, key).trimmed().toInt(&ok);
+        return ok && (!size || v > 0) ? v : fallback;
+    };
+    return {read(Settings::WindowHeight, design.height, true), read(Settings::WindowWidth, design.width, true),
+            read(Settings::WindowTop, design.top, false), read(Settings::WindowLeft, design.left, false)};
+}
+
 void OptionsMenu::restore()
 {
+    stayOnTop_ = readSetting(store_, Settings::StayOnTop) == QLatin1String("True");
     restorePair(mph_, kph_, Settings::Mph);
     restorePair(windowsSeven_, windowsXP_, Settings::WindowsSeven);
     emit changed();

@@ -8,6 +8,14 @@
 class SettingsStore;
 struct SettingKey;
 
+// The main window's place and size in twips, as the store keeps them.
+struct WindowGeometry {
+    int height = 8040;
+    int width = 13080;
+    int top = 375;
+    int left = 1140;
+};
+
 class OptionsMenu : public QObject {
     Q_OBJECT
 public:
@@ -17,13 +25,21 @@ public:
     bool kph() const { return kph_; }
     bool windowsSeven() const { return windowsSeven_; }
     bool windowsXP() const { return windowsXP_; }
+    bool stayOnTop() const { return stayOnTop_; }
 
     void ChooseMph();
     void ChooseKph();
     void ChooseWindowsSeven();
     void ChooseWindowsXP();
+    // "Stay on top": toggles and writes "True"/"False".
+    void ToggleStayOnTop();
+    // "Set Window Size and Position": Height, Width, Top, Left, in that order.
+    void SetWindowSize(const WindowGeometry& g);
+    // The stored geometry; a value that is missing or no number takes the design value.
+    WindowGeometry storedGeometry() const;
 
-    // The stored choices as start-up applies them: "True" and "False" decide, anything else leaves the design.
+    // The stored choices as start-up applies them: "Stay on top" is checked by
+    // "True" alone; for the pairs "True" and "False" decide, anything else leaves the design.
     void restore();
 
     // Test access to the check marks, as a menu click would leave them.
@@ -41,4 +57,5 @@ private:
     bool kph_ = false;
     bool windowsSeven_ = false;
     bool windowsXP_ = true;
+    bool stayOnTop_ = false;
 };

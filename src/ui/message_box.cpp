@@ -26,6 +26,11 @@ void information(QWidget* parent, const QString& text)
     show(parent, text, QStringLiteral("Vexorin"), QMessageBox::NoIcon);
 }
 
+void information(QWidget* parent, const QString& text, const QString& title)
+{
+    show(parent, text, title, QMessageBox::NoIcon);
+}
+
 void exclamation(QWidget* parent, const QString& text)
 {
     show(parent, text, QStringLiteral("Vexorin"), QMessageBox::Warning);

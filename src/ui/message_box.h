@@ -11,6 +11,8 @@ namespace MessageBoxes {
 
 // Title "Vexorin", no icon.
 void information(QWidget* parent, const QString& text);
+// A title of its own, no icon.
+void information(QWidget* parent, const QString& text, const QString& title);
 // Title "Vexorin", the exclamation icon.
 void exclamation(QWidget* parent, const QString& text);
 // Like information, but the box does not wait: the caller goes on at once (alerts

@@ -181,8 +181,12 @@ void VoiceWindowsTest::recognitionWithOrWithoutPort()
 {
     App a;
     a.open();
-    a.window->action(QStringLiteral("StartVoiceRecognition"))->trigger();
-    a.window->action(QStringLiteral("StartVoiceRecognition"))->trigger();
+    // Windows speech recognition has no counterpart here: the item is shown disabled and says why.
+    QAction* item = a.window->action(QStringLiteral("StartVoiceRecognition"));
+    QVERIFY(!item->isEnabled());
+    QVERIFY(item->toolTip().contains(QStringLiteral("Windows only")));
+    a.core.recognition().StartVoiceRecognition();
+    a.core.recognition().StartVoiceRecognition();
     QCOMPARE(a.core.recognition().contextsCreated(), 1);
     QVERIFY(a.core.recognition().dictationActive());
     QVERIFY(boxes.isEmpty());
