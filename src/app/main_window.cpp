@@ -11,6 +11,7 @@
 #include "logging/log_capture.h"
 #include "logging/log_player_window.h"
 #include "rom/map_viewer_window.h"
+#include "tools/ecu_tools_window.h"
 #include "ui/common_dialog.h"
 #include "sensors/sensor_displays.h"
 #include "ui/color_picker_widget.h"
@@ -243,6 +244,9 @@ void MainWindow::buildMenus()
     QMenu* tools = menuBar()->addMenu(tr("&Tools"));
     add(tools, "LogPlayer", QStringLiteral("Log Player"), [this] { showLogPlayer(); });
     add(tools, "MapViewer", QStringLiteral("Map Viewer/Editor"), [this] { showMapViewer(); });
+
+    // The ECU tools: BIN File Downloader, E.C.U. Register Viewer, Active Test.
+    ecuTools_ = new EcuToolWindows(core_, tools, this);
 
     QMenu* alerts = menuBar()->addMenu(tr("&Alerts"));
     for (int i = 0; i < 2; ++i) {

@@ -27,6 +27,7 @@ class ColorPicker;
 class QCheckBox;
 class LogPlayerWindow;
 class MapViewerWindow;
+class EcuToolWindows;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -52,6 +53,7 @@ public:
     LogPlayerWindow* logPlayerWindow() const { return logPlayer_; }
     MapViewerWindow* mapViewerWindow() const;
     void showMapViewer();
+    EcuToolWindows* ecuTools() const { return ecuTools_; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -118,6 +120,7 @@ private:
     GraphTestWindow* graphTest_ = nullptr;
     LogPlayerWindow* logPlayer_ = nullptr;
     QPointer<MapViewerWindow> mapViewer_;
+    EcuToolWindows* ecuTools_ = nullptr;
     QAction* captureAction_ = nullptr;
     QList<QAction*> intervalActions_;
     QList<QAction*> voiceTypeActions_;
