@@ -67,13 +67,7 @@ bool downloadOneMap()
         return false;
     }
     ConsultSession& session = rig.core->session();
-    session.ConnectDisconnect();
-    QElapsedTimer wait;
-    wait.start();
-    while ((session.ConnectedLabel() != QLatin1String("Connected") || session.GetSerialNumberKValue.isActive()) &&
-           wait.elapsed() < 10000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    if (session.ConnectedLabel() != QLatin1String("Connected")) {
+    if (!connectAndSettle(session)) {
         std::fprintf(stderr, "no handshake\n");
         return false;
     }

@@ -20,6 +20,10 @@
 #include "logging/log_player_window.h"
 #include "rom/bin_viewer_window.h"
 #include "rom/map_viewer_window.h"
+#include "tools/active_test_window.h"
+#include "tools/bin_file_downloader_window.h"
+#include "tools/ecu_tools_window.h"
+#include "tools/register_viewer_window.h"
 #include "ui/common_dialog.h"
 #include "sensors/sensor_displays.h"
 #include "ui/color_picker_widget.h"
@@ -329,6 +333,14 @@ void MainWindow::buildMenus()
     add(tools, "LogPlayer", QStringLiteral("Log Player"), [this] { showLogPlayer(); });
     add(tools, "MapViewer", QStringLiteral("Map Viewer/Editor"), [this] { showMapViewer(); });
     add(tools, "BinFileViewer", QStringLiteral("BIN File Viewer/Editor"), [this] { showBinViewer(); });
+
+    // The ECU tools: BIN File Downloader, E.C.U. Register Viewer, Active Test.
+    ecuTools_ = new EcuToolWindows(core_, tools, this);
+    connect(ecuTools_, &EcuToolWindows::hexChartRequested, this, [this] {
+        HexChartWindow* chart = BinViewerWindow::hexChart(this);
+        chart->show();
+        chart->raise();
+    });
 
     QMenu* alerts = menuBar()->addMenu(tr("&Alerts"));
     for (int i = 0; i < 2; ++i) {
@@ -827,7 +839,10 @@ void MainWindow::unloadWindows()
         [&] { return one(byteViewer_); },
         [&] { return one(graphTest_); },
         [&] { return many(BinViewerWindow::all()); },
+        [&] { return one(ecuTools_->binFileDownloader()); },
+        [&] { return one(ecuTools_->activeTest()); },
         [&] { return one(logPlayer_); },
+        [&] { return one(ecuTools_->registerViewer()); },
         [&] { return one(interfaceCheck_); },
         [&] { return one(faultCodesWindow_); },
         [&] { return one(dash_); },
@@ -838,9 +853,12 @@ void MainWindow::unloadWindows()
     };
     for (const auto& windows : order) {
         for (QWidget* w : windows()) {
+            // Each window closes as its own close would (the Active Test sends its
+            // last byte, viewers stop loading), then goes.
+            QPointer<QWidget> guard(w);
             emit windowUnloading(w->objectName());
-            w->hide();
-            delete w;
+            w->close();
+            delete guard.data();
         }
     }
 }

@@ -32,6 +32,7 @@ class ExternalSensorsWindow;
 class ColorFramePanel;
 class CreditsWindow;
 class SplashWindow;
+class EcuToolWindows;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -57,6 +58,7 @@ public:
     LogPlayerWindow* logPlayerWindow() const;
     MapViewerWindow* mapViewerWindow() const;
     void showMapViewer();
+    EcuToolWindows* ecuTools() const { return ecuTools_; }
     BinViewerWindow* binViewerWindow() const;
     void showBinViewer();
 
@@ -149,6 +151,7 @@ private:
     QPointer<LogPlayerWindow> logPlayer_;
     QPointer<MapViewerWindow> mapViewer_;
     QPointer<BinViewerWindow> binViewer_;
+    EcuToolWindows* ecuTools_ = nullptr;
     QAction* captureAction_ = nullptr;
     QList<QAction*> intervalActions_;
     QList<QAction*> voiceTypeActions_;

@@ -128,15 +128,25 @@ void SensorStream::ReadAllSensors()
 
 bool SensorStream::decodeFrame(const std::vector<std::uint8_t>& reply)
 {
+    return decode(reply, 1, true);
+}
+
+bool SensorStream::decodeActiveTestFrame(const std::vector<std::uint8_t>& reply)
+{
+    return decode(reply, 3, false);
+}
+
+bool SensorStream::decode(const std::vector<std::uint8_t>& reply, int highByteDistance, bool log)
+{
     const ReplyBuffer frame(reply, kAllSensorsReplyLength);
     if (frame(kFrameStartPosition) != FrameStart)
         return false;
-    const bool capturing = logSink_ && logSink_->capturing();
+    const bool capturing = log && logSink_ && logSink_->capturing();
     if (capturing)
         logSink_->writeDateTimeLine();
     for (const SensorSpec& s : kSensors) {
         const int lo = frame(s.position);
-        const int hi = s.twoBytes ? frame(s.position - 1) : 0;
+        const int hi = s.twoBytes ? frame(s.position - highByteDistance) : 0;
         showSensor(s.id, hi, lo, capturing);
     }
     ++framesDecoded_;

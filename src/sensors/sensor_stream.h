@@ -46,6 +46,9 @@ public:
 
     // Decodes one 50-byte reply as a frame (true when position 33 held the frame start).
     bool decodeFrame(const std::vector<std::uint8_t>& reply);
+    // The Active Test's read of the same reply: each high byte is taken two
+    // places earlier, and nothing goes to the log.
+    bool decodeActiveTestFrame(const std::vector<std::uint8_t>& reply);
     // Frames decoded since the program started.
     qint64 framesDecoded() const { return framesDecoded_; }
 
@@ -53,6 +56,7 @@ public:
     const vexorin::rom::VqTable& vqTable() const { return vq_; }
 
 private:
+    bool decode(const std::vector<std::uint8_t>& reply, int highByteDistance, bool log);
     void showSensor(vexorin::sensors::SensorId id, int hi, int lo, bool capturing);
 
     ConsultSession& session_;

@@ -236,8 +236,10 @@ void EcuSimulator::Impl::execute()
 
 void EcuSimulator::Impl::echo(std::initializer_list<std::uint8_t> bytes)
 {
+    const bool flip = faults.corruptEcho || faults.corruptNextEcho;
+    faults.corruptNextEcho = false;
     for (std::uint8_t b : bytes) {
-        const std::uint8_t sent = faults.corruptEcho ? std::uint8_t(b ^ 0xFF) : b;
+        const std::uint8_t sent = flip ? std::uint8_t(b ^ 0xFF) : b;
         if (faults.halfReply)
             heldEcho.push_back(sent);
         else

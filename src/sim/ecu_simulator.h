@@ -52,10 +52,13 @@ namespace vexorin::sim {
 //    can be opened and a stream ended. Applies from the next request on.
 //  - corruptEcho: every echo byte (including FE) comes back XOR 0xFF; frames,
 //    10 and CF are unchanged. Applies to echoes made after it is switched on.
+//  - corruptNextEcho: once only, the echo of the next command that arrives
+//    comes back XOR 0xFF (all of its bytes); then the switch turns itself off.
 struct SimFaults {
     bool silent = false;       // answer nothing at all
     bool halfReply = false;    // every reply stops halfway: frames are cut and the stream dries up
     bool corruptEcho = false;  // echoes of request bytes come back with their bits flipped
+    bool corruptNextEcho = false;  // one echo comes back flipped, then the ECU is well again
 };
 
 // What the engine is doing; the engine model moves through these by itself

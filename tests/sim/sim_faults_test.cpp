@@ -1,4 +1,4 @@
-// The switchable faults of the simulated ECU: silent, halved replies, corrupt echoes.
+// The switchable faults of the simulated ECU: silent, halved replies, corrupt echoes, one corrupt echo.
 #include "sim/ecu_simulator.h"
 #include "sim_test_support.h"
 
@@ -151,6 +151,24 @@ TEST(CorruptEcho, EveryEchoForm)
     EXPECT_EQ(drain(ecu), Bytes{0xC1});
     ecu.receive(Bytes{0x0A, 0x89, 0x01});
     EXPECT_EQ(drain(ecu), (Bytes{0x0A, 0x76, 0xFE}));
+}
+
+TEST(CorruptNextEcho, OneEchoIsFlippedThenTheSwitchIsOff)
+{
+    EcuSimulator ecu;
+    handshake(ecu);
+    SimFaults f;
+    f.corruptNextEcho = true;
+    ecu.setFaults(f);
+    ecu.receive(Bytes{0xC9, 0xFF, 0x2B, 0xC9, 0xFF, 0x2C, 0xF0});
+    const Bytes reply = ecu.transmit(10);
+    EXPECT_EQ(reply, (Bytes{0xC9, 0x00, 0xD4, 0x36, 0xFF, 0x2C, 0xFF, 0x02, reply[8], reply[9]}));
+    EXPECT_EQ(reply[8], ecu.memoryByte(0xFF2B));
+    EXPECT_FALSE(ecu.faults().corruptNextEcho);
+    ecu.receive(Bytes{0x30});
+    drain(ecu);
+    ecu.receive(Bytes{0xC9, 0xFF, 0x2B, 0xF0});
+    EXPECT_EQ(ecu.transmit(3), (Bytes{0x36, 0xFF, 0x2B}));
 }
 
 TEST(CorruptEcho, HandshakeAndStopRepliesAreNotEchoes)

@@ -3,11 +3,14 @@
 #pragma once
 
 #include "app/app_core.h"
+#include "consult/consult_session.h"
 #include "consult/port_selection.h"
 #include "sim_process.h"
 #include "temp_settings.h"
 #include "voice/recording_speech_out.h"
 
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <memory>
 
 inline int pickRowOf(PortSelection& ports, const QString& path)
@@ -18,6 +21,19 @@ inline int pickRowOf(PortSelection& ports, const QString& path)
             return row;
         }
     return 0;
+}
+
+// Connects and waits, with the event loop running, for the handshake and the
+// identity reads; false when no connection came within ten seconds.
+inline bool connectAndSettle(ConsultSession& session)
+{
+    session.ConnectDisconnect();
+    QElapsedTimer wait;
+    wait.start();
+    while ((session.ConnectedLabel() != QLatin1String("Connected") || session.GetSerialNumberKValue.isActive()) &&
+           wait.elapsed() < 10000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    return session.ConnectedLabel() == QLatin1String("Connected");
 }
 
 // The simulator on its pseudo-terminal, listed through ExtraPorts and picked.
