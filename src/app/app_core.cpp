@@ -95,7 +95,7 @@ void AppCore::start()
             s.PortAvailableSwitch = QStringLiteral("0");
             s.PollingSwitch = QStringLiteral("1");
             s.InitializedSwitch = QStringLiteral("No");
-            VoiceSwitch = QStringLiteral("Voice On");
+            voiceMonitor_->VoiceSwitch = QStringLiteral("Voice On");
             s.KeepInitializationTimerOffSwitch = QStringLiteral("Off");
             UnloadSwitch.clear();
             startupFactor = 0.15f;

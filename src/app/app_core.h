@@ -50,7 +50,6 @@ public:
     void shutdown();
 
     // Flags of the main window that other parts compare as texts.
-    QString VoiceSwitch;
     QString UnloadSwitch;
     float startupFactor = 0.0f;
 

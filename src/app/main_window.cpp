@@ -69,6 +69,7 @@
 #include <QTimer>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QWindow>
 #include <QVBoxLayout>
 #include <functional>
 
@@ -872,19 +873,35 @@ void MainWindow::changeEvent(QEvent* event)
 
 void MainWindow::applyStartupSettings()
 {
-    // The stored place and size; missing values take the design's.
+    storedGeometry_ = core_.options().storedGeometry();
+    placeAtStoredGeometry();
+    emit core_.options().changed();  // "Stay on top" as restored
+}
+
+void MainWindow::placeAtStoredGeometry()
+{
     // Height and width are the outer size, title bar and borders included.
-    const WindowGeometry g = core_.options().storedGeometry();
-    const QSize frame = frameGeometry().size() - size();
+    const WindowGeometry& g = storedGeometry_;
+    const QMargins frame = windowHandle() ? windowHandle()->frameMargins() : QMargins();
     move(px(g.left), px(g.top));
-    resize(qMax(px(g.width) - frame.width(), 200), qMax(px(g.height) - frame.height(), 150));
+    resize(qMax(px(g.width) - frame.left() - frame.right(), 200),
+           qMax(px(g.height) - frame.top() - frame.bottom(), 150));
     // A place that no screen shows any more is brought back onto the first one.
     bool onScreen = false;
     for (const QScreen* screen : QGuiApplication::screens())
-        onScreen = onScreen || screen->availableGeometry().intersects(geometry());
+        onScreen = onScreen || screen->availableGeometry().intersects(frameGeometry());
     if (!onScreen && QGuiApplication::primaryScreen())
         move(QGuiApplication::primaryScreen()->availableGeometry().topLeft());
-    emit core_.options().changed();  // "Stay on top" as restored
+}
+
+void MainWindow::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    // The borders are known once the window is on screen: the outer size is applied again.
+    if (!placedOnShow_) {
+        placedOnShow_ = true;
+        placeAtStoredGeometry();
+    }
 }
 
 SplashWindow* MainWindow::splashWindow() const

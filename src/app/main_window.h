@@ -3,6 +3,8 @@
 // client area, the service panel.
 #pragma once
 
+#include "app/options_menu.h"
+
 #include <QMainWindow>
 #include <QPointer>
 
@@ -85,6 +87,7 @@ signals:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -161,4 +164,7 @@ private:
     ColorFramePanel* colorFramePanel_ = nullptr;
     QPointer<SplashWindow> splash_;
     QPointer<CreditsWindow> credits_;
+    WindowGeometry storedGeometry_;
+    bool placedOnShow_ = false;
+    void placeAtStoredGeometry();
 };

@@ -74,7 +74,7 @@ void SplashWindow::paintEvent(QPaintEvent*)
     g.setColorAt(1, QColor(0x05, 0x0c, 0x1e));
     p.fillRect(rect(), g);
     p.setPen(QPen(QColor(0xd0, 0x20, 0x20), 4));
-    p.drawLine(28, 92, width() - 28, 92);
+    p.drawLine(28, 112, width() - 28, 112);
 }
 
 void SplashWindow::mousePressEvent(QMouseEvent*)

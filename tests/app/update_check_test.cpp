@@ -1,0 +1,145 @@
+// "Check For Updates" against a small web server of the test's own: the page
+// with and without "2.5", a missing page and no server at all.
+#include "app/update_check.h"
+#include "app_rig.h"
+#include "temp_settings.h"
+#include "ui/message_box.h"
+
+#include <QAction>
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTest>
+
+namespace {
+// Answers every request with one fixed HTTP response.
+class PageServer : public QTcpServer {
+public:
+    explicit PageServer(QByteArray status, QByteArray body) : status_(std::move(status)), body_(std::move(body))
+    {
+        listen(QHostAddress::LocalHost);
+        connect(this, &QTcpServer::newConnection, this, [this] {
+            while (QTcpSocket* s = nextPendingConnection()) {
+                connect(s, &QTcpSocket::readyRead, s, [this, s] {
+                    if (!s->readAll().contains("\r\n\r\n"))
+                        return;
+                    ++requests;
+                    s->write("HTTP/1.1 " + status_ + "\r\nContent-Type: text/html\r\nContent-Length: " +
+                             QByteArray::number(body_.size()) + "\r\nConnection: close\r\n\r\n" + body_);
+                    s->disconnectFromHost();
+                });
+            }
+        });
+    }
+    QString url() const { return QStringLiteral("http://127.0.0.1:%1/softwareversion.html").arg(serverPort()); }
+    int requests = 0;
+
+private:
+    QByteArray status_;
+    QByteArray body_;
+};
+
+struct Outcome {
+    QStringList texts;
+    QStringList titles;
+    bool finished = false;
+};
+
+Outcome check(const QString& address)
+{
+    TempSettings settings;
+    settings.store->WriteSetting(QStringLiteral("CheckForUpdates"), QStringLiteral("Address"), address);
+    UpdateCheck u(*settings.store);
+    Outcome o;
+    QObject::connect(&u, &UpdateCheck::message, [&](const QString& t, const QString& title) {
+        o.texts << t;
+        o.titles << title;
+    });
+    QObject::connect(&u, &UpdateCheck::finished, [&] { o.finished = true; });
+    QElapsedTimer clock;
+    clock.start();
+    u.CheckForUpdates();
+    // The check runs in the background: the call returns at once.
+    if (clock.elapsed() > 200 || !u.busy())
+        o.texts << QStringLiteral("blocked");
+    QElapsedTimer waited;
+    waited.start();
+    while (!o.finished && waited.elapsed() < 20000)
+        QTest::qWait(10);
+    return o;
+}
+}  // namespace
+
+class UpdateCheckTest : public QObject {
+    Q_OBJECT
+private slots:
+    void pageWithTheVersionSaysCurrent();
+    void pageWithoutItSaysThereIsAnUpdate();
+    void missingPageSaysNothing();
+    void unreachableServerSaysNothing();
+    void defaultAddressIsTheWebSitesPage();
+    void menuItemShowsTheMessage();
+};
+
+void UpdateCheckTest::pageWithTheVersionSaysCurrent()
+{
+    PageServer server("200 OK", "<html><body>Vexorin 2.5.1</body></html>");
+    const Outcome o = check(server.url());
+    QVERIFY(o.finished);
+    QCOMPARE(o.texts, QStringList{QStringLiteral("The current version is  2.0")});
+    QCOMPARE(o.titles, QStringList{QStringLiteral("Vexorin\n")});
+    QCOMPARE(server.requests, 1);
+}
+
+void UpdateCheckTest::pageWithoutItSaysThereIsAnUpdate()
+{
+    PageServer server("200 OK", "<html><body>Vexorin 2.6.0</body></html>");
+    const Outcome o = check(server.url());
+    QCOMPARE(o.texts.size(), 1);
+    QVERIFY(o.texts[0].startsWith(QStringLiteral("There appears to be a new update! Please check\n\n")));
+    QVERIFY(o.texts[0].contains(QStringLiteral("vexorin")));
+}
+
+void UpdateCheckTest::missingPageSaysNothing()
+{
+    PageServer server("404 Not Found", "2.5");
+    const Outcome o = check(server.url());
+    QVERIFY(o.texts.isEmpty());
+}
+
+void UpdateCheckTest::unreachableServerSaysNothing()
+{
+    quint16 port = 0;
+    {
+        QTcpServer probe;
+        probe.listen(QHostAddress::LocalHost);
+        port = probe.serverPort();
+    }
+    const Outcome o = check(QStringLiteral("http://127.0.0.1:%1/softwareversion.html").arg(port));
+    QVERIFY(o.texts.isEmpty());
+    QVERIFY(o.finished);
+}
+
+void UpdateCheckTest::defaultAddressIsTheWebSitesPage()
+{
+    TempSettings settings;
+    UpdateCheck u(*settings.store);
+    QVERIFY(u.address().endsWith(QStringLiteral("/softwareversion.html")));
+}
+
+void UpdateCheckTest::menuItemShowsTheMessage()
+{
+    PageServer server("200 OK", "2.5");
+    QStringList boxes;
+    MessageBoxes::setPresenter([&](const QString& t, const QString& title, bool) { boxes << title + "|" + t; });
+    AppRig app;
+    app.settings.store->WriteSetting(QStringLiteral("CheckForUpdates"), QStringLiteral("Address"), server.url());
+    app.open();
+    app.window->action(QStringLiteral("CheckForUpdates"))->trigger();
+    QTRY_COMPARE(boxes, QStringList{QStringLiteral("Vexorin\n|The current version is  2.0")});
+    MessageBoxes::setPresenter({});
+}
+
+QTEST_MAIN(UpdateCheckTest)
+#include "update_check_test.moc"
