@@ -423,17 +423,30 @@ void AppShellTest::desktopToolsWhereInstalled()
     QVERIFY(!app.window->action(QStringLiteral("LaunchDeviceManager"))->isEnabled());
 }
 
-void AppShellTest::shutdownWhileConnectedStopsAndLogs()
-{
+namespace {
+// An application connected to the simulator with every byte on the line recorded.
+struct RecordedApp {
+    RecordedApp()
+    {
+        recording = dir.filePath(QStringLiteral("line.txt"));
+        app.settings.store->WriteSetting(QStringLiteral("RecordConsult"), QStringLiteral("File"), recording);
+        app.open();
+        connectToSimulator(app);
+        app.speech.clear();
+    }
+    bool endsWithTheStopBytes() const { return writtenBytes(recording).endsWith(QByteArray("\x30\x30", 2)); }
     QTemporaryDir dir;
     AppRig app;
-    const QString recording = dir.filePath(QStringLiteral("line.txt"));
-    app.settings.store->WriteSetting(QStringLiteral("RecordConsult"), QStringLiteral("File"), recording);
-    app.open();
-    connectToSimulator(app);
-    app.speech.clear();
+    QString recording;
+};
+}  // namespace
+
+void AppShellTest::shutdownWhileConnectedStopsAndLogs()
+{
+    RecordedApp r;
+    AppRig& app = r.app;
     app.window->close();
-    QVERIFY(writtenBytes(recording).endsWith(QByteArray("\x30\x30", 2)));
+    QVERIFY(r.endsWithTheStopBytes());
     QCOMPARE(app.core.log().messages().last(), QStringLiteral(": Consult Port Disconnected."));
     QCOMPARE(app.core.session().ConnectedLabel(), QStringLiteral("Disconnected"));
     QVERIFY(app.speech.spoken().contains(QStringLiteral("Consult Port Disconnected.")));
@@ -442,16 +455,12 @@ void AppShellTest::shutdownWhileConnectedStopsAndLogs()
 
 void AppShellTest::fileExitWhileConnectedClosesThePortToo()
 {
-    QTemporaryDir dir;
-    AppRig app;
-    const QString recording = dir.filePath(QStringLiteral("line.txt"));
-    app.settings.store->WriteSetting(QStringLiteral("RecordConsult"), QStringLiteral("File"), recording);
-    app.open();
-    connectToSimulator(app);
+    RecordedApp r;
+    AppRig& app = r.app;
     app.window->action(QStringLiteral("Exit"))->trigger();
     QVERIFY(!app.window->isVisible());
     QVERIFY(!app.core.link().PortOpen());
-    QVERIFY(writtenBytes(recording).endsWith(QByteArray("\x30\x30", 2)));
+    QVERIFY(r.endsWithTheStopBytes());
     QCOMPARE(app.core.log().messages().last(), QStringLiteral(": Consult Port Disconnected."));
 }
 
