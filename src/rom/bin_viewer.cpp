@@ -1,6 +1,7 @@
 #include "rom/bin_viewer.h"
 
 #include "rom/bin_viewer_layout.h"
+#include "rom/region_views.h"
 #include "rom/register_regions.h"
 #include "rom/rom_image.h"
 #include "ui/binary_files.h"
@@ -240,17 +241,22 @@ void BinViewer::doubleClickRegion(int index)
         emit message(QString::fromLatin1(kFileNotLoaded), false);
         return;
     }
-    if (kRegions[std::size_t(index)].bank != selectedBank()) {
+    const RegionView& view = kRegionViews[std::size_t(index)];
+    if (view.bank != selectedBank()) {
         emit message(QString::fromLatin1(kBankNotLoaded), false);
         return;
     }
-    const std::string note = regionMessage(index);
-    if (!note.empty())
-        emit message(q(note), false);
-    const RegionCells cells = regionCells(index);
-    for (int r = cells.firstRow; r >= 1 && r <= cells.lastRow; ++r)
-        for (int c = cells.firstColumn; c <= cells.lastColumn; ++c)
+    if (view.conversion == Conversion::Message) {
+        emit message(QString::fromLatin1(view.message), false);
+        converted_ = QStringLiteral("Converted: ");
+        emit changed();
+        return;
+    }
+    for (int r = view.row; r <= view.lastRow; ++r)
+        for (int c = view.firstColumn; c <= view.lastColumn; ++c)
             colorCell(r, c, cellColor_);
-    converted_ = q(convertedText(index, [this](int r, int c) { return grid_.text(r, c).toStdString(); }));
+    const std::string first = grid_.text(view.row, view.firstColumn).toStdString();
+    const std::string second = grid_.text(view.row, view.lastColumn).toStdString();
+    converted_ = QStringLiteral("Converted: ") + q(convertRegion(view.conversion, first, second));
     emit changed();
 }

@@ -1,53 +1,12 @@
 #include "rom/bin_viewer_layout.h"
 
-#include "rom/register_regions.h"
 #include "rom/rom_image.h"
 
 #include <cctype>
-#include <cmath>
 #include <cstdio>
 
 namespace vexorin::rom {
 
-namespace {
-constexpr const char* kConverted = "Converted: ";
-
-// Cells of the regions in list order (rows and columns of the grid), and
-// how the value of the first cell converts.
-enum class Conversion { None, Hundredths, TimesFifty, Speed, Word };
-struct RegionView {
-    RegionCells cells;
-    Conversion conversion;
-};
-constexpr std::array<RegionView, kRegionCount> kViews = {{
-    {{10, 10, 2, 2}, Conversion::Hundredths},  // Feedback Control
-    {{15, 15, 1, 9}, Conversion::None},        // Knock Sensor Map
-    {{12, 12, 5, 5}, Conversion::TimesFifty},  // Rev Limiter
-    {{11, 11, 6, 6}, Conversion::Speed},       // Top Speed Limiter
-    {{9, 9, 9, 9}, Conversion::Hundredths},    // Injector Latency
-    {{3, 3, 12, 13}, Conversion::Word},        // K Value
-    {{9, 9, 1, 16}, Conversion::None},         // TTP Min
-    {{10, 10, 1, 16}, Conversion::None},       // TTP Max
-    {{3, 3, 1, 16}, Conversion::None},         // Throttle Enrichment Table
-    {{0, 0, 0, 0}, Conversion::None},          // Primary Fuel Map
-    {{0, 0, 0, 0}, Conversion::None},          // Secondary Timing Map (Knock)
-    {{2, 2, 1, 16}, Conversion::None},         // TP Scale Timing
-    {{1, 1, 1, 16}, Conversion::None},         // RPM Scale
-    {{7, 8, 1, 16}, Conversion::None},         // Ignition Dwell Duty
-    {{4, 5, 1, 16}, Conversion::None},         // Temp Conversion Table
-    {{8, 15, 1, 16}, Conversion::None},        // VQ Table
-    {{16, 16, 1, 16}, Conversion::None},       // TP Scale Fuel
-    {{16, 16, 7, 7}, Conversion::TimesFifty},  // VTC Release
-    {{15, 15, 4, 12}, Conversion::None},       // Knock Limit: 79E3 to 79EB, though its label reaches 79EF
-    {{7, 7, 1, 16}, Conversion::None},         // Air Flow Limiter
-    {{0, 0, 0, 0}, Conversion::None},          // Primary Timing Map
-    {{0, 0, 0, 0}, Conversion::None},          // Secondary Fuel Map
-    {{0, 0, 0, 0}, Conversion::None},          // High Octane High Gear Fuel Map
-    {{0, 0, 0, 0}, Conversion::None},          // Low Octane High Gear Fuel Map
-}};
-
-constexpr double kMilesPerKilometre = 0.621371192;
-}  // namespace
 
 std::string hexNoPad(int value)
 {
@@ -91,44 +50,11 @@ int hexValue(const std::string& text)
     return value;
 }
 
-RegionCells regionCells(int regionIndex)
-{
-    return kViews[std::size_t(regionIndex)].cells;
-}
-
-std::string regionMessage(int regionIndex)
-{
-    if (kViews[std::size_t(regionIndex)].cells.firstRow != 0)
-        return {};
-    return "Currently viewing the " + regionName(regionIndex) + ".";
-}
-
 std::string plainNumber(double value)
 {
     char text[32];
-    std::snprintf(text, sizeof text, "%.10g", value);
+    std::snprintf(text, sizeof text, "%.15g", value);
     return text;
-}
-
-std::string convertedFromCells(int regionIndex, const std::string& first, const std::string& second)
-{
-    const int v = hexValue(first);
-    switch (kViews[std::size_t(regionIndex)].conversion) {
-    case Conversion::Hundredths:
-        return kConverted + plainNumber(v / 100.0) + " msec";
-    case Conversion::TimesFifty:
-        return kConverted + std::to_string(v * 50) + " RPM";
-    case Conversion::Speed: {
-        const int k = v * 2;
-        const long m = std::lround(k * kMilesPerKilometre);
-        return kConverted + std::to_string(k) + " km/h" + " or " + std::to_string(m) + " MPH";
-    }
-    case Conversion::Word:
-        return kConverted + std::to_string(hexValue(first + second));
-    case Conversion::None:
-        break;
-    }
-    return kConverted;
 }
 
 bool editKeyPasses(int code)

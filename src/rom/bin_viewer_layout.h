@@ -1,9 +1,8 @@
 // What the BIN File Viewer/Editor writes into its grid and how it reads a
-// cell back: row labels, headings, the address text of a click, the cells
-// and conversions of the named regions, and the edit box's key filter.
+// cell back: row labels, headings, the address text of a click, and the
+// edit box's key filter.
 #pragma once
 
-#include <array>
 #include <string>
 #include <vector>
 
@@ -26,35 +25,11 @@ std::string addressText(const std::string& rowLabelText, int column);
 // The value of leading hexadecimal digits (0 when there are none).
 int hexValue(const std::string& text);
 
-// A named region's cells in the grid and the text of its converted value.
-struct RegionCells {
-    int firstRow, lastRow;        // 0 when the region colours nothing
-    int firstColumn, lastColumn;
-};
-RegionCells regionCells(int regionIndex);
-// The message a map region shows instead of colouring ("Currently viewing the …"); empty otherwise.
-std::string regionMessage(int regionIndex);
-// "Converted: …" for the region, from the texts of its cells as the grid shows them
-// (cellText(row, column) gives a cell's text).
-template <typename CellText>
-std::string convertedText(int regionIndex, CellText cellText);
-std::string convertedFromCells(int regionIndex, const std::string& first, const std::string& second);
-
 // A number with no fixed decimals and no grouping: 1.2, 1, 0.05.
 std::string plainNumber(double value);
 
 // The key filter of the edit box: true for the codes that pass (digits, "A".."F",
 // and 96..105, which are "`" and "a".."i").
 bool editKeyPasses(int keyCode);
-
-template <typename CellText>
-std::string convertedText(int regionIndex, CellText cellText)
-{
-    const RegionCells c = regionCells(regionIndex);
-    if (c.firstRow == 0)
-        return convertedFromCells(regionIndex, std::string(), std::string());
-    return convertedFromCells(regionIndex, cellText(c.firstRow, c.firstColumn),
-                              c.lastColumn > c.firstColumn ? cellText(c.firstRow, c.firstColumn + 1) : std::string());
-}
 
 }  // namespace vexorin::rom

@@ -1,5 +1,7 @@
 #include "tools/ecu_tool_tables.h"
 
+#include "rom/rom_image.h"
+
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -42,96 +44,10 @@ bool burstStreamEnded(const std::vector<std::uint8_t>& received)
 
 // ---- Register Viewer ---------------------------------------------------------
 
-namespace {
-constexpr RegionView cells(int bank, int row, int lastRow, int first, int last, Conversion c = Conversion::None)
-{
-    return {bank, row, lastRow, first, last, c, nullptr};
-}
-constexpr RegionView page(int bank, const char* message)
-{
-    return {bank, 0, 0, 0, 0, Conversion::Message, message};
-}
-
-std::string shortest(double v)
-{
-    char buf[32];
-    std::snprintf(buf, sizeof buf, "%.15g", v);
-    return buf;
-}
-
-// A blank text reads as 0, as does one that is no hexadecimal number.
-long hexValue(const std::string& text)
-{
-    if (text.empty())
-        return 0;
-    char* end = nullptr;
-    const long v = std::strtol(text.c_str(), &end, 16);
-    return end && *end == '\0' ? v : 0;
-}
-
-std::string hexDigits(int value)
-{
-    char buf[8];
-    std::snprintf(buf, sizeof buf, "%02X", value & 0xFF);
-    return buf;
-}
-}  // namespace
-
-const std::array<RegionView, 24> kRegionViews{{
-    cells(255, 10, 10, 2, 2, Conversion::Msec),
-    cells(255, 15, 15, 1, 9),
-    cells(255, 12, 12, 5, 5, Conversion::Rpm),
-    cells(255, 11, 11, 6, 6, Conversion::Speed),
-    cells(255, 9, 9, 9, 9, Conversion::Msec),
-    cells(255, 3, 3, 12, 13, Conversion::KValue),
-    cells(254, 9, 9, 1, 16),
-    cells(254, 10, 10, 1, 16),
-    cells(254, 3, 3, 1, 16),
-    page(253, "Currently viewing the Primary Fuel Map."),
-    page(252, "Currently viewing the Secondary Timing Map (Knock)."),
-    cells(251, 2, 2, 1, 16),
-    cells(251, 1, 1, 1, 16),
-    cells(251, 7, 8, 1, 16),
-    cells(251, 4, 5, 1, 16),
-    cells(250, 8, 15, 1, 16),
-    cells(250, 16, 16, 1, 16),
-    cells(249, 16, 16, 7, 7, Conversion::Rpm),
-    // The Knock Limit's range runs to F9EF, but the paint stops at column 12.
-    cells(249, 15, 15, 4, 12),
-    cells(249, 7, 7, 1, 16),
-    page(248, "Currently viewing the Primary Timing Map."),
-    page(242, "Currently viewing the Secondary Fuel Map."),
-    page(241, "Currently viewing the High Octane High Gear Fuel Map."),
-    page(240, "Currently viewing the Low Octane High Gear Fuel Map."),
-}};
-
-std::string convertRegion(Conversion conversion, const std::string& firstCell, const std::string& secondCell)
-{
-    const long byte = hexValue(firstCell);
-    switch (conversion) {
-    case Conversion::Msec:
-        return shortest(double(byte) / 100.0) + " msec";
-    case Conversion::Rpm:
-        return std::to_string(byte * 50) + " RPM";
-    case Conversion::Speed: {
-        const long kmh = byte * 2;
-        const long mph = long(std::nearbyint(double(kmh) * 0.621371192));
-        return std::to_string(kmh) + " km/h" + " or " + std::to_string(mph) + " MPH";
-    }
-    case Conversion::KValue: {
-        const std::string joined = firstCell + secondCell;
-        return joined.empty() ? std::string() : std::to_string(hexValue(joined));
-    }
-    case Conversion::None:
-    case Conversion::Message:
-        break;
-    }
-    return {};
-}
-
 std::string bankRowHeading(int shownBank, int firstLow)
 {
-    return " " + hexDigits(shownBank) + hexDigits(firstLow) + "-" + hexDigits(shownBank) + hexDigits(firstLow + 15);
+    using rom::hexByte;
+    return " " + hexByte(shownBank) + hexByte(firstLow) + "-" + hexByte(shownBank) + hexByte(firstLow + 15);
 }
 
 // ---- Active Test -----------------------------------------------------------

@@ -4,6 +4,8 @@
 // the Register Viewer's named regions. No Qt, so it is unit-tested alone.
 #pragma once
 
+#include "rom/region_views.h"
+
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -57,25 +59,11 @@ bool burstStreamEnded(const std::vector<std::uint8_t>& received);
 
 // ---- E.C.U. Register Viewer -------------------------------------------------
 
-// What a double-click on a row of the region list paints and converts.
-enum class Conversion { None, Msec, Rpm, Speed, KValue, Message };
-
-struct RegionView {
-    int bank;
-    int row;          // first grid row painted (0: none)
-    int lastRow;
-    int firstColumn;
-    int lastColumn;
-    Conversion conversion;
-    const char* message;   // Conversion::Message only
-};
-
-extern const std::array<RegionView, 24> kRegionViews;
-
-// The converted text behind "Converted: " for one region, from the hex texts
-// of the region's cells (the first cell, and for the K value the second);
-// a blank cell reads as nothing. Empty when the region has no conversion.
-std::string convertRegion(Conversion conversion, const std::string& firstCell, const std::string& secondCell = {});
+// The region list's paints and conversions are the BIN File Viewer/Editor's.
+using rom::Conversion;
+using rom::convertRegion;
+using rom::kRegionViews;
+using rom::RegionView;
 
 // Bank headings: " FD10-FD1F" for the row that starts at low byte 0x10 of bank 253.
 std::string bankRowHeading(int shownBank, int firstLow);
