@@ -4,9 +4,9 @@
 
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
+#include "consult/memory_burst.h"
 #include "consult/request_cycle.h"
 #include "consult/session_log.h"
-#include "consult/wire.h"
 
 #include <QThread>
 
@@ -16,10 +16,6 @@ namespace {
 const QString kViewingEcu = QStringLiteral("Viewing : ECU Data");
 constexpr int kScaleBank = 251;     // RPM scale and TP scale timing
 constexpr int kFuelTpBank = 250;    // TP scale fuel
-constexpr int kFirstDataIndex = 26; // 24 echo bytes, frame start, length
-constexpr int kCmdReadMemory = 201;
-constexpr int kCmdGo = 240;
-constexpr int kCmdStop = 48;
 }  // namespace
 
 bool MapViewer::portAndMonitorAllowDownload(bool testMonitor)
@@ -79,7 +75,7 @@ void MapViewer::StopDataFlow()
     if (!portAndMonitorAllowDownload(true))
         return;
     stopAllMapTimers();
-    session_.link().Output({kCmdStop});
+    session_.link().Output({vexorin::consult::kCmdStop});
     MapStatusTimer.start();
     setProgress(0);
     setStatus(QStringLiteral("Stopped!"));
@@ -114,29 +110,17 @@ void MapViewer::LoadAllECUDataMaps()
 std::optional<std::array<int, 8>> MapViewer::requestEight()
 {
     ConsultLink& link = session_.link();
-    vexorin::consult::Bytes request;
-    for (int i = 0; i < 8; ++i) {
-        ++readState_.low;
-        request.push_back(kCmdReadMemory);
-        request.push_back(std::uint8_t(readState_.high));
-        request.push_back(std::uint8_t(readState_.low));
-    }
-    request.push_back(kCmdGo);
-    vexorin::consult::sendBytes(link, request);
-    const bool answered = link.waitForInput(kReplyLength);
-    link.Output({kCmdStop});
-    if (!answered) {
-        downloadTimedOut();
-        return std::nullopt;
-    }
-    const QByteArray reply = link.Input();
-    if (reply.size() < kReplyLength) {
+    const int first = readState_.low + 1;
+    readState_.low += vexorin::consult::kBurstAddresses;
+    vexorin::consult::requestBurst(link, readState_.high, first);
+    const auto reply = vexorin::consult::finishBurst(link, false);
+    if (!reply) {
         downloadTimedOut();
         return std::nullopt;
     }
     std::array<int, 8> data{};
     for (int i = 0; i < 8; ++i)
-        data[std::size_t(i)] = std::uint8_t(reply[kFirstDataIndex + i]);
+        data[std::size_t(i)] = (*reply)[std::size_t(vexorin::consult::kBurstFirstData + i)];
     return data;
 }
 

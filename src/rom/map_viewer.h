@@ -23,7 +23,6 @@ public:
     static constexpr int kTimerMs = 150;
     static constexpr int kStatusMs = 3000;
     static constexpr int kPauseMs = 50;
-    static constexpr int kReplyLength = 34;
     static constexpr int kProgressMaximum = 255;
     static const QString kCaption;
     static const QString kRestStatus;

@@ -6,12 +6,13 @@
 #include "consult/request_cycle.h"
 #include "consult/session_log.h"
 #include "rom/rom_image.h"
-#include "tools/memory_burst.h"
+#include "consult/memory_burst.h"
 #include "voice/voice_gate.h"
 
 #include <QTime>
 
 using namespace vexorin::tools;
+using namespace vexorin::consult;
 
 namespace {
 // The design colours of the progress bar, 0x00BBGGRR, in BarColor order.
@@ -408,12 +409,8 @@ void BinFileDownloader::VerifyTimerTick()
     }
     ConsultLink& link = session_.link();
     link.setInBufferCount(0);
-    std::vector<int> request;
-    for (int i = 0; i < kBurstAddresses; ++i) {
-        const int address = vexorin::rom::ecuAddressOfFileOffset(verifyOffset_ + i);
-        request.insert(request.end(), {kCmdReadMemory, address >> 8, address & 0xFF});
-    }
-    sendEachByte(link, request);
+    const int address = vexorin::rom::ecuAddressOfFileOffset(verifyOffset_);
+    requestBurst(link, address >> 8, address & 0xFF);
     const auto reply = finishBurst(link, true);
     if (!reply) {
         session_.log().AddLogMessage(vexorin::consult::timeoutMessage());

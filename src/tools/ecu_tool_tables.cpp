@@ -33,15 +33,6 @@ const std::array<DelayItem, kDelayCount> kDelayItems{{
     {"onethoumilliseconds", "1000 milliseconds", 1000, nullptr},
 }};
 
-bool burstStreamEnded(const std::vector<std::uint8_t>& received)
-{
-    constexpr std::size_t echoes = kBurstFirstData - 2;
-    for (std::size_t slot = echoes + kBurstFrameLength; slot < received.size(); slot += kBurstFrameLength)
-        if (received[slot] != 0xFF)
-            return true;
-    return false;
-}
-
 // ---- Register Viewer ---------------------------------------------------------
 
 std::string bankRowHeading(int shownBank, int firstLow)

@@ -4,6 +4,7 @@
 // the Register Viewer's named regions. No Qt, so it is unit-tested alone.
 #pragma once
 
+#include "consult/memory_burst.h"
 #include "rom/region_views.h"
 
 #include <array>
@@ -39,23 +40,18 @@ extern const std::array<DelayItem, kDelayCount> kDelayItems;
 // The one item that also sets SwitchLabel at Start.
 constexpr int kSwitchingDelay = 5;
 
-// Reply of one burst of eight memory reads: 24 echo bytes, frame start,
-// length, eight data bytes.
-constexpr int kBurstAddresses = 8;
-constexpr int kBurstReplyLength = 34;
-constexpr int kBurstFirstData = 26;
-constexpr int kFirstEchoByte = 54;   // 0x36, the read command inverted
-constexpr int kCmdReadMemory = 201;
-constexpr int kCmdGo = 240;
-constexpr int kCmdStop = 48;
-constexpr int kStopReply = 0xCF;
-constexpr int kBurstFrameLength = 2 + kBurstAddresses;
-
-// Where, in everything received after a burst's request, the ECU's stream
-// could end: the frame-start slots behind the echoes. A burst's stream has
-// ended once such a slot holds anything but a new frame start (the ECU's
-// stop reply, normally).
-bool burstStreamEnded(const std::vector<std::uint8_t>& received);
+// The eight-address bursts of memory reads go through the Consult link's
+// shared burst routine.
+using consult::burstStreamEnded;
+using consult::kBurstAddresses;
+using consult::kBurstFirstData;
+using consult::kBurstFrameLength;
+using consult::kBurstReplyLength;
+using consult::kCmdGo;
+using consult::kCmdReadMemory;
+using consult::kCmdStop;
+using consult::kFirstEchoByte;
+using consult::kStopReply;
 
 // ---- E.C.U. Register Viewer -------------------------------------------------
 

@@ -7,10 +7,11 @@
 #include "rom/register_regions.h"
 #include "rom/rom_image.h"
 #include "tools/ecu_tool_tables.h"
-#include "tools/memory_burst.h"
+#include "consult/memory_burst.h"
 
 using namespace vexorin::rom;
 using namespace vexorin::tools;
+using namespace vexorin::consult;
 
 namespace {
 QString hex2(int value)

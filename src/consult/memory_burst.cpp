@@ -1,11 +1,28 @@
-#include "tools/memory_burst.h"
+#include "consult/memory_burst.h"
 
 #include "consult/consult_link.h"
-#include "tools/ecu_tool_tables.h"
 
 #include <QElapsedTimer>
 
-namespace vexorin::tools {
+namespace vexorin::consult {
+
+bool burstStreamEnded(const std::vector<std::uint8_t>& received)
+{
+    constexpr std::size_t echoes = kBurstFirstData - 2;
+    for (std::size_t slot = echoes + kBurstFrameLength; slot < received.size(); slot += kBurstFrameLength)
+        if (received[slot] != FrameStart)
+            return true;
+    return false;
+}
+
+void requestBurst(ConsultLink& link, int high, int firstLow)
+{
+    std::vector<int> request;
+    for (int i = 0; i < kBurstAddresses; ++i)
+        request.insert(request.end(), {kCmdReadMemory, high, firstLow + i});
+    sendEachByte(link, request);
+}
+
 
 void sendEachByte(ConsultLink& link, const std::vector<int>& values)
 {
@@ -38,4 +55,4 @@ std::optional<std::vector<std::uint8_t>> finishBurst(ConsultLink& link, bool set
     return received;
 }
 
-}  // namespace vexorin::tools
+}  // namespace vexorin::consult
