@@ -6,6 +6,7 @@
 #include "rom/rom_image.h"
 #include "ui/color_picker_widget.h"
 #include "ui/common_dialog.h"
+#include "ui/event_loop_yield.h"
 #include "ui/message_box.h"
 #include "ui/vb_color.h"
 #include "ui/window_capture.h"
@@ -16,7 +17,6 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QCursor>
-#include <QElapsedTimer>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -34,7 +34,6 @@
 namespace {
 constexpr int kTwipsPerPixel = 15;
 constexpr int kHeadingWidthTwips = 1075;
-constexpr int kYieldEveryMs = 15;
 constexpr int kEnter = 13;
 constexpr int kBackspace = 8;
 
@@ -187,13 +186,7 @@ BinViewerWindow::BinViewerWindow(int formCount, QWidget* parent)
         else
             MessageBoxes::information(this, text);
     });
-    v.setYield([] {
-        static QElapsedTimer since;
-        if (!since.isValid() || since.elapsed() >= kYieldEveryMs) {
-            QCoreApplication::processEvents();
-            since.restart();
-        }
-    });
+    v.setYield(throttledEventLoop());
     resize(kWidthTwips / kTwipsPerPixel, kHeightTwips / kTwipsPerPixel);
     grid_->showGrid(v.grid());
     refresh();

@@ -4,6 +4,7 @@
 #include "rom/map_viewer.h"
 #include "rom/rom_image.h"
 #include "ui/common_dialog.h"
+#include "ui/event_loop_yield.h"
 #include "ui/message_box.h"
 #include "ui/window_capture.h"
 
@@ -11,7 +12,6 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
-#include <QElapsedTimer>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -31,9 +31,6 @@ using vexorin::rom::kMaps;
 
 namespace {
 constexpr int kTwipsPerPixel = 15;
-// The event loop runs during a file load at most this often, so that the
-// window stays alive without repainting the grid once per cell.
-constexpr int kYieldEveryMs = 15;
 
 QList<MapViewerWindow*>& registry()
 {
@@ -131,13 +128,7 @@ MapViewerWindow::MapViewerWindow(ConsultSession& session, int formCount, QWidget
         else
             MessageBoxes::information(this, text);
     });
-    mv.setYield([] {
-        static QElapsedTimer since;
-        if (!since.isValid() || since.elapsed() >= kYieldEveryMs) {
-            QCoreApplication::processEvents();
-            since.restart();
-        }
-    });
+    mv.setYield(throttledEventLoop());
 
     resize(kWidthTwips / kTwipsPerPixel, kHeightTwips / kTwipsPerPixel);
     for (int t = 0; t < MapViewer::kTabs; ++t) {
