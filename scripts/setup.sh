@@ -11,6 +11,7 @@ PACKAGES=(
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   clang libclang-rt-14-dev
   xvfb xauth socat
+  libssl3 ca-certificates
   fonts-dejavu-core
 )
 
