@@ -1,6 +1,7 @@
 #include "app/color_frame_panel.h"
 
 #include "app/color_frame.h"
+#include "ui/plain_text.h"
 #include "ui/color_picker_widget.h"
 #include "ui/message_box.h"
 
@@ -48,6 +49,7 @@ ColorFramePanel::ColorFramePanel(ColorFrame& frame, std::function<bool()> stayOn
     connect(&frame_, &ColorFrame::changed, this, &ColorFramePanel::refresh);
     refresh();
     hide();
+    vexorin::ui::keepTextPlain(this);
 }
 
 void ColorFramePanel::refresh()

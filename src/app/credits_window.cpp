@@ -1,5 +1,7 @@
 #include "app/credits_window.h"
 
+#include "ui/plain_text.h"
+
 #include "app/credits_scroll.h"
 
 #include <QEvent>
@@ -27,7 +29,7 @@ CreditsWindow::CreditsWindow(QWidget* parent) : QWidget(parent, Qt::Window), scr
     for (int i = 1; i < lines.size(); ++i)
         html += lines[i].toHtmlEscaped() + QStringLiteral("<br>");
     html += QStringLiteral("</div>");
-    inner_ = new QLabel(html, viewport_);
+    inner_ = vexorin::ui::markupByDesign(new QLabel(html, viewport_));  // fixed, escaped text
     inner_->setObjectName(QStringLiteral("CreditsText"));
     inner_->setPalette(pal);
     inner_->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
@@ -35,6 +37,7 @@ CreditsWindow::CreditsWindow(QWidget* parent) : QWidget(parent, Qt::Window), scr
         o->installEventFilter(this);
     connect(scroll_, &CreditsScroll::moved, this, [this](int top) { inner_->move(0, top); });
     connect(scroll_, &CreditsScroll::closeRequested, this, &QWidget::close);
+    vexorin::ui::keepTextPlain(this);
 }
 
 void CreditsWindow::showEvent(QShowEvent* e)

@@ -24,6 +24,7 @@
 #include "tools/bin_file_downloader_window.h"
 #include "tools/ecu_tools_window.h"
 #include "tools/register_viewer_window.h"
+#include "ui/plain_text.h"
 #include "ui/common_dialog.h"
 #include "sensors/sensor_displays.h"
 #include "ui/color_picker_widget.h"
@@ -171,6 +172,7 @@ MainWindow::MainWindow(AppCore& core, QWidget* parent)
     refreshChecks();
     refreshViews();
     refreshGraphControls();
+    vexorin::ui::keepTextPlain(this);
 }
 
 MainWindow::~MainWindow() = default;

@@ -1,5 +1,7 @@
 #include "app/splash_window.h"
 
+#include "ui/plain_text.h"
+
 #include "app/splash.h"
 
 #include <QDesktopServices>
@@ -13,7 +15,8 @@ namespace {
 // A label that opens its target through the desktop's default handler.
 QLabel* linkLabel(const QString& text, const QString& target, QWidget* parent)
 {
-    auto* label = new QLabel(QStringLiteral("<a style=\"color:#cfe3ff\" href=\"%1\">%2</a>").arg(target, text), parent);
+    auto* label = vexorin::ui::markupByDesign(
+        new QLabel(QStringLiteral("<a style=\"color:#cfe3ff\" href=\"%1\">%2</a>").arg(target, text), parent));
     label->setTextInteractionFlags(Qt::TextBrowserInteraction);
     label->setOpenExternalLinks(false);
     QObject::connect(label, &QLabel::linkActivated, label, [](const QString& url) { QDesktopServices::openUrl(QUrl(url)); });
@@ -64,6 +67,7 @@ SplashWindow::SplashWindow(Splash& splash, QWidget* parent)
     for (QLabel* l : findChildren<QLabel*>())
         if (l != web && l != mail)
             l->setAttribute(Qt::WA_TransparentForMouseEvents);
+    vexorin::ui::keepTextPlain(this);
 }
 
 void SplashWindow::paintEvent(QPaintEvent*)

@@ -1,5 +1,7 @@
 #include "consult/fault_codes_window.h"
 
+#include "ui/plain_text.h"
+
 #include "consult/fault_codes.h"
 
 #include <QLabel>
@@ -22,6 +24,7 @@ FaultCodesWindow::FaultCodesWindow(QWidget* parent)
         list_->addItem(QString::fromLatin1(c.help));
     v->addWidget(list_, 1);
     resize(520, 440);
+    vexorin::ui::keepTextPlain(this);
 }
 
 QStringList FaultCodesWindow::lines() const

@@ -1,5 +1,7 @@
 #include "consult/interface_check_window.h"
 
+#include "ui/plain_text.h"
+
 #include <QLabel>
 #include <QListWidget>
 #include <QVBoxLayout>
@@ -30,6 +32,7 @@ InterfaceCheckWindow::InterfaceCheckWindow(DeviceSource source, QWidget* parent)
         v->addLayout(row);
     }
     resize(560, 420);
+    vexorin::ui::keepTextPlain(this);
 }
 
 QStringList InterfaceCheckWindow::noteTexts()

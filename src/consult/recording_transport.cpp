@@ -1,6 +1,7 @@
 #include "consult/recording_transport.h"
 
-#include <QDeadlineTimer>
+#include "ui/binary_files.h"
+
 #include <QRegularExpression>
 
 QList<RecordedExchange> parseRecording(const QString& text)
@@ -26,14 +27,18 @@ RecordingTransport::RecordingTransport(SerialTransport* inner, const QString& lo
 {
     inner_->setParent(this);
     connect(inner_, &SerialTransport::readyRead, this, [this] {
-        drain();
+        // Inside a wait the bytes stay where the wait counts them.
+        if (!waiting_)
+            drain();
         emit readyRead();
     });
     connect(inner_, &SerialTransport::lost, this, [this](const QString& reason) {
         line(QStringLiteral("# lost: ") + reason);
         emit lost(reason);
     });
-    file_.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text);
+    // A setting may name anything: only a regular file (or a new one) is written.
+    if (vexorin::files::OpenProblem(logFile.toStdString(), vexorin::files::Access::Write).empty())
+        file_.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text);
 }
 
 RecordingTransport::~RecordingTransport()
@@ -89,6 +94,8 @@ bool RecordingTransport::isOpen() const
 
 qint64 RecordingTransport::bytesAvailable()
 {
+    if (waiting_)
+        return buffer_.size() + inner_->bytesAvailable();
     drain();
     return buffer_.size();
 }
@@ -119,21 +126,20 @@ void RecordingTransport::write(const QByteArray& bytes)
 
 bool RecordingTransport::waitForBytes(qint64 count, int timeoutMs)
 {
-    QDeadlineTimer deadline(timeoutMs);
+    // The device waits for its own bytes; they are recorded once the wait is over,
+    // so that recording never takes bytes from under a wait that is counting them.
     drain();
-    while (buffer_.size() < count) {
-        const qint64 want = count - buffer_.size();
-        if (!inner_->waitForBytes(want, int(qMax<qint64>(0, deadline.remainingTime())))) {
-            drain();
-            if (buffer_.size() < count) {
-                flushWrites();
-                line(QStringLiteral("# timed out waiting for %1 bytes").arg(count));
-            }
-            return buffer_.size() >= count;
-        }
+    if (buffer_.size() < count) {
+        waiting_ = true;
+        inner_->waitForBytes(count - buffer_.size(), timeoutMs);
+        waiting_ = false;
         drain();
     }
-    return true;
+    if (buffer_.size() < count) {
+        flushWrites();
+        line(QStringLiteral("# timed out waiting for %1 bytes").arg(count));
+    }
+    return buffer_.size() >= count;
 }
 
 void RecordingTransport::setDtr(bool on)

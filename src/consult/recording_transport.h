@@ -45,4 +45,5 @@ private:
     QFile file_;
     QByteArray buffer_;
     QByteArray pendingWrite_;
+    bool waiting_ = false;  // inside waitForBytes: the device keeps its bytes
 };

@@ -1,8 +1,8 @@
 #include "consult/simulator_transport.h"
 
-#include <QDateTime>
-
+// The seed of the standalone tool: a ROM downloaded from this simulator equals
+// the file that `vexorin-ecu-sim --write-rom` writes.
 SimulatorTransport::SimulatorTransport(QObject* parent)
-    : SimulatedDeviceTransport(parent, static_cast<std::uint32_t>(QDateTime::currentMSecsSinceEpoch()))
+    : SimulatedDeviceTransport(parent, vexorin::sim::kDefaultSeed)
 {
 }

@@ -23,6 +23,9 @@ constexpr std::uint8_t CmdClearFaults = 0xC1;
 constexpr std::uint8_t CmdReadMemory = 0xC9;
 constexpr std::uint8_t CmdActiveTest = 0x0A;
 
+// The Map Viewer's "Activation Byte Test": sent bare, nothing is read.
+inline const Bytes kActivationByteTest{10, 253, 8, 253, 15, 240};
+
 constexpr std::uint8_t HandshakeAccepted = 0x10;
 constexpr std::uint8_t FrameStart = 0xFF;
 

@@ -2,6 +2,7 @@
 
 #include "external/external_sensors.h"
 #include "external/sensor_name_window.h"
+#include "ui/plain_text.h"
 #include "ui/gradient_bar_widget.h"
 #include "ui/message_box.h"
 #include "ui/port_menu_items.h"
@@ -47,6 +48,7 @@ ExternalSensorsWindow::ExternalSensorsWindow(ExternalSensors* sensors, QWidget* 
         checkBox(n)->setChecked(sensors_->link().checked(n));
         refreshChannel(n);
     }
+    vexorin::ui::keepTextPlain(this);
 }
 
 QAction* ExternalSensorsWindow::action(const QString& objectName) const
@@ -111,6 +113,7 @@ QWidget* ExternalSensorsWindow::buildGauge(int channel, QWidget* parent)
     g.bar->setStartColor(QColor(0, 0, 255));
     g.bar->setEndColor(QColor(0, 0, 255));
     g.bar->setTextColor(Qt::black);
+    g.bar->setTextAfter(QStringLiteral("%"));
     g.bar->setMinimumHeight(180);
 
     g.reading = new QLineEdit(frame);

@@ -1,5 +1,7 @@
 #include "external/sensor_name_window.h"
 
+#include "ui/plain_text.h"
+
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -41,6 +43,7 @@ SensorNameWindow::SensorNameWindow(OkHandler onOk, QWidget* parent)
     v->addWidget(buttons);
     setCentralWidget(body);
     resize(320, sizeHint().height());
+    vexorin::ui::keepTextPlain(this);
 }
 
 QString SensorNameWindow::heading() const

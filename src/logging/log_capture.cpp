@@ -1,5 +1,7 @@
 #include "logging/log_capture.h"
 
+#include "ui/regular_file.h"
+
 #include "app/settings/settings_access.h"
 #include "consult/session_log.h"
 #include "logging/log_format.h"
@@ -30,7 +32,10 @@ void LogCapture::CapturetologfileClicked(const std::function<QString(const QStri
     file_.close();
     file_.setFileName(chosen);
     lineInFrame_ = 0;
-    if (!file_.open(QIODevice::WriteOnly | QIODevice::Truncate))
+    const QString problem = vexorin::files::openProblem(chosen, vexorin::files::Access::Write);
+    if (!problem.isEmpty())
+        log_.AddLogMessage(QStringLiteral(": Could not open the log file %1: %2").arg(chosen, problem));
+    else if (!file_.open(QIODevice::WriteOnly | QIODevice::Truncate))
         log_.AddLogMessage(QStringLiteral(": Could not open the log file %1: %2").arg(chosen, file_.errorString()));
     emit checkedChanged(true);
 }

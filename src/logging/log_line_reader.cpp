@@ -1,16 +1,34 @@
 #include "logging/log_line_reader.h"
 
+#include "ui/regular_file.h"
+
+namespace {
+// Opens the file for reading once it is known to be a regular file.
+bool openRegular(QFile& file, QString* error)
+{
+    const QString problem = vexorin::files::openProblem(file.fileName(), vexorin::files::Access::Read);
+    if (!problem.isEmpty()) {
+        if (error)
+            *error = problem;
+        return false;
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        if (error)
+            *error = file.errorString();
+        return false;
+    }
+    return true;
+}
+}  // namespace
+
 bool LogLineReader::open(const QString& path, QString* error)
 {
     close();
     starts_.clear();
     indexedSize_ = 0;
     file_.setFileName(path);
-    if (!file_.open(QIODevice::ReadOnly)) {
-        if (error)
-            *error = file_.errorString();
+    if (!openRegular(file_, error))
         return false;
-    }
     line_ = 0;
     starts_.push_back(0);
     return true;
@@ -87,11 +105,8 @@ bool LogLineReader::reopen(QString* error)
     const QString path = file_.fileName();
     file_.close();
     file_.setFileName(path);
-    if (!file_.open(QIODevice::ReadOnly)) {
-        if (error)
-            *error = file_.errorString();
+    if (!openRegular(file_, error))
         return false;
-    }
     line_ = 0;
     if (file_.size() < indexedSize_) {  // shorter than what was indexed: start the index afresh
         starts_.assign(1, 0);

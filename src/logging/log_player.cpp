@@ -1,5 +1,7 @@
 #include "logging/log_player.h"
 
+#include "ui/regular_file.h"
+
 #include <QDir>
 #include <QFile>
 #include <QLocale>
@@ -236,13 +238,21 @@ void LogPlayer::ReadWholeFile(const QString& programDirectory)
     if (reader_.isOpen())
         return;  // the slot is taken by the log: the open fails
     QFile f(QDir(programDirectory).filePath(QStringLiteral("log1.txt")));
-    if (f.open(QIODevice::ReadOnly))
+    if (vexorin::files::openProblem(f.fileName(), vexorin::files::Access::Read).isEmpty() && f.open(QIODevice::ReadOnly))
         f.read(16 * 1024 * 1024);  // read and dropped: nothing is shown
 }
 
 void LogPlayer::closing()
 {
-    PlayLogTimer.stop();
-    FastReverseTimer.stop();
-    reader_.close();
+    stopAndClose();
+    // Closing unloads the window: the next opening finds it as at first load.
+    path_ = kNoFile;
+    positionBox_ = QStringLiteral("Text14");
+    counterBox_.clear();
+    currentLine_.clear();
+    position_ = 0;
+    counter_ = 0;
+    labels_.fill(QString());
+    bars_.fill(0);
+    emit changed();
 }

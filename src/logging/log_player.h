@@ -48,7 +48,7 @@ public:
     void FastReverse();
     // The warning button: reads log1.txt beside the program, and shows nothing.
     void ReadWholeFile(const QString& programDirectory);
-    // Closing the window.
+    // Closing the window: timers off, file closed, and every box back at its design value.
     void closing();
 
 signals:

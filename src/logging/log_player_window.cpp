@@ -1,6 +1,7 @@
 #include "logging/log_player_window.h"
 
 #include "logging/log_player.h"
+#include "ui/plain_text.h"
 #include "ui/common_dialog.h"
 #include "ui/gradient_bar_widget.h"
 #include "ui/message_box.h"
@@ -131,6 +132,7 @@ LogPlayerWindow::LogPlayerWindow(QWidget* parent)
     connect(&p, &LogPlayer::message, this, [this](const QString& t) { MessageBoxes::information(this, t); });
     resize(kWidthTwips / 15, kHeightTwips / 15);
     refresh();
+    vexorin::ui::keepTextPlain(this);
 }
 
 LogPlayerWindow::~LogPlayerWindow() = default;

@@ -182,9 +182,8 @@ bool BinViewer::walk(bool fromOpen)
         rebuild();
         grid_.enabled = true;
         emit changed();
-        emit message(read || error != vexorin::files::kFileNotFound ? QString::fromLatin1(kCorruptOrWrongSize)
-                                                             : QString::fromStdString(error),
-                     false);
+        // Whatever the reason (too short, vanished, unreadable), the same word.
+        emit message(QString::fromLatin1(kCorruptOrWrongSize), false);
         return false;
     }
     loading_ = true;

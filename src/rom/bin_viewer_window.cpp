@@ -4,6 +4,7 @@
 #include "rom/hex_chart_window.h"
 #include "rom/map_grid_widget.h"
 #include "rom/rom_image.h"
+#include "ui/plain_text.h"
 #include "ui/color_picker_widget.h"
 #include "ui/common_dialog.h"
 #include "ui/event_loop_yield.h"
@@ -190,6 +191,7 @@ BinViewerWindow::BinViewerWindow(int formCount, QWidget* parent)
     resize(kWidthTwips / kTwipsPerPixel, kHeightTwips / kTwipsPerPixel);
     grid_->showGrid(v.grid());
     refresh();
+    vexorin::ui::keepTextPlain(this);
 }
 
 BinViewerWindow::~BinViewerWindow()

@@ -1,5 +1,7 @@
 #include "rom/hex_chart_window.h"
 
+#include "ui/plain_text.h"
+
 #include <QLabel>
 #include <QPainter>
 #include <QPixmap>
@@ -23,6 +25,7 @@ HexChartWindow::HexChartWindow(QWidget* parent) : QWidget(parent, Qt::Window)
     picture->setAccessibleName(QStringLiteral("Decimal to hexadecimal chart"));
     v->addWidget(picture);
     setFixedSize(kWidth, kHeight);
+    vexorin::ui::keepTextPlain(this);
 }
 
 QPixmap HexChartWindow::chart()

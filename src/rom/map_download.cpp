@@ -70,6 +70,16 @@ void MapViewer::startDownload(int t, bool fromButton)
     MapStatusTimer.stop();
 }
 
+void MapViewer::ActivationByteTest()
+{
+    if (session_.ConnectedLabel() == QLatin1String("Disconnected")) {
+        emit message(QStringLiteral("Consult port not connected."), false);
+        return;
+    }
+    for (std::uint8_t b : vexorin::consult::kActivationByteTest)
+        session_.link().Output({int(b)});
+}
+
 void MapViewer::StopDataFlow()
 {
     if (!portAndMonitorAllowDownload(true))

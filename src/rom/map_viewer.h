@@ -98,6 +98,8 @@ public:
     void ClearMatrix(int tab);
     // Map Trace: the controls exist and do nothing.
     void MapTrace() {}
+    // Sends the bare activation sequence and reads nothing (needs a connected port).
+    void ActivationByteTest();
 
     // Editing.
     void setEditMode(int tab, bool on);

@@ -3,6 +3,7 @@
 #include "rom/map_grid_widget.h"
 #include "rom/map_viewer.h"
 #include "rom/rom_image.h"
+#include "ui/plain_text.h"
 #include "ui/common_dialog.h"
 #include "ui/event_loop_yield.h"
 #include "ui/message_box.h"
@@ -136,6 +137,7 @@ MapViewerWindow::MapViewerWindow(ConsultSession& session, int formCount, QWidget
         refreshTab(t);
     }
     refreshStatus();
+    vexorin::ui::keepTextPlain(this);
 }
 
 MapViewerWindow::~MapViewerWindow()
@@ -243,12 +245,20 @@ QWidget* MapViewerWindow::buildPage(int t)
     connect(stop, &QPushButton::clicked, this, [this] { viewer_->StopDataFlow(); });
     auto* trace = new QPushButton(QStringLiteral("Map Trace"));
     connect(trace, &QPushButton::clicked, this, [this] { viewer_->MapTrace(); });
+    auto* activation = new QPushButton(QStringLiteral("Activation Byte Test"));
+    activation->setObjectName(numbered("ActivationByteTest", t));
+    connect(activation, &QPushButton::clicked, this, [this] { viewer_->ActivationByteTest(); });
     p.clearBeforeDownload = new QCheckBox(QStringLiteral("Clear Matrix Before Download"));
     p.clearBeforeDownload->setObjectName(numbered("ClearMatrix", t));
     connect(p.clearBeforeDownload, &QCheckBox::toggled, this,
             [this, t](bool on) { viewer_->setClearMatrixBeforeDownload(t, on); });
-    for (QWidget* w : std::initializer_list<QWidget*>{p.download, stop, trace, p.clearBeforeDownload})
-        ecuLayout->addWidget(w);
+    auto* traceRow = new QHBoxLayout;  // the two small buttons share a row
+    traceRow->addWidget(trace);
+    traceRow->addWidget(activation);
+    ecuLayout->addWidget(p.download);
+    ecuLayout->addWidget(stop);
+    ecuLayout->addLayout(traceRow);
+    ecuLayout->addWidget(p.clearBeforeDownload);
     right->addWidget(ecu);
 
     auto* edit = new QGroupBox(QStringLiteral("Edit Mode"));

@@ -53,8 +53,9 @@ bool writeByte(const std::string& path, long offset, int value, std::string* err
 {
     if (value < 0 || value > 255)
         return fail(error, "the value " + std::to_string(value) + " does not fit in a byte");
-    if (!files::FileExists(path))
-        return fail(error, files::kFileNotFound);
+    const std::string problem = files::OpenProblem(path, files::Access::Read);  // it must exist already
+    if (!problem.empty())
+        return fail(error, problem);
     std::error_code ec;
     const auto size = std::filesystem::file_size(path, ec);
     if (ec)

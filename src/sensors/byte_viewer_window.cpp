@@ -1,5 +1,7 @@
 #include "sensors/byte_viewer_window.h"
 
+#include "ui/plain_text.h"
+
 #include "sensors/byte_viewer_cells.h"
 
 #include <QFontDatabase>
@@ -43,6 +45,7 @@ ByteViewerWindow::ByteViewerWindow(ByteViewerCells& cells, QWidget* parent)
     connect(&cells_, &ByteViewerCells::cellChanged, this, &ByteViewerWindow::refresh);
     for (int i = 1; i <= 64; ++i)
         refresh(i);
+    vexorin::ui::keepTextPlain(this);
 }
 
 QLabel* ByteViewerWindow::cell(int index) const

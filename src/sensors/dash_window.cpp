@@ -1,5 +1,7 @@
 #include "sensors/dash_window.h"
 
+#include "ui/plain_text.h"
+
 #include "sensors/sensor_displays.h"
 
 #include <QGridLayout>
@@ -74,6 +76,7 @@ DashWindow::DashWindow(SensorDisplays& displays, QWidget* parent)
     connect(&displays_, &SensorDisplays::dashChanged, this, &DashWindow::refresh);
     for (const DashEntry& e : kDash)
         refresh(int(e.id));
+    vexorin::ui::keepTextPlain(this);
 }
 
 QLabel* DashWindow::valueLabel(const QString& name) const

@@ -1,6 +1,7 @@
 #include "sensors/large_view_panel.h"
 
 #include "sensors/sensor_displays.h"
+#include "ui/plain_text.h"
 #include "ui/gradient_bar_widget.h"
 #include "ui/vb_color.h"
 
@@ -48,6 +49,7 @@ LargeViewPanel::LargeViewPanel(SensorDisplays& displays, QWidget* parent)
     connect(&displays_, &SensorDisplays::barColorsChanged, this, &LargeViewPanel::refreshColors);
     refresh();
     refreshColors(SensorDisplays::kLargeBarIndex);
+    vexorin::ui::keepTextPlain(this);
 }
 
 void LargeViewPanel::refresh()

@@ -1,6 +1,7 @@
 #include "sensors/sensor_panel.h"
 
 #include "sensors/sensor_displays.h"
+#include "ui/plain_text.h"
 #include "ui/gradient_bar_widget.h"
 #include "ui/vb_color.h"
 
@@ -59,6 +60,7 @@ SensorPanel::SensorPanel(SensorDisplays& displays, QWidget* parent)
         showLabelColor(i);
         showBarColors(i);
     }
+    vexorin::ui::keepTextPlain(this);
 }
 
 void SensorPanel::showLabel(int id)

@@ -92,6 +92,10 @@ struct EngineSnapshot {
     double egtVolts = 0;          // exhaust gas temperature sensor
 };
 
+// The one seed of the built-in simulator and of vexorin-ecu-sim without
+// --seed: both serve the same ROM.
+constexpr std::uint32_t kDefaultSeed = 1;
+
 class EcuSimulator {
 public:
     static constexpr std::size_t kRomSize = 32768;   // ECU addresses 0x8000..0xFFFF
@@ -100,7 +104,7 @@ public:
     static constexpr std::uint8_t kBadRegister = 0xFE;
     static constexpr int kCommandTimeoutMs = 200;    // an incomplete command is dropped after this
 
-    explicit EcuSimulator(std::uint32_t seed = 1);
+    explicit EcuSimulator(std::uint32_t seed = kDefaultSeed);
     ~EcuSimulator();
     EcuSimulator(const EcuSimulator& other);
     EcuSimulator& operator=(const EcuSimulator& other);
@@ -161,6 +165,6 @@ private:
 
 // The synthetic ROM image the simulator starts with: plausible fuel and timing
 // maps with their RPM/TP scales, the K value at 0xFF2B, filler elsewhere.
-std::array<std::uint8_t, EcuSimulator::kRomSize> makeSyntheticRom(std::uint32_t seed = 1);
+std::array<std::uint8_t, EcuSimulator::kRomSize> makeSyntheticRom(std::uint32_t seed = kDefaultSeed);
 
 }  // namespace vexorin::sim

@@ -12,7 +12,7 @@ namespace vexorin::sim {
 struct ToolOptions {
     bool pace = false;                 // 960 bytes/s, the Consult line rate
     SimFaults faults;
-    std::uint32_t seed = 1;
+    std::uint32_t seed = kDefaultSeed;
     std::string partNumber;            // empty: the simulator's own
     bool faultCodesGiven = false;
     std::vector<EcuSimulator::Fault> faultCodes;

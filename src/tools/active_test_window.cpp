@@ -1,5 +1,7 @@
 #include "tools/active_test_window.h"
 
+#include "ui/plain_text.h"
+
 #include "tools/tool_pictures.h"
 
 #include <QCloseEvent>
@@ -191,6 +193,7 @@ ActiveTestWindow::ActiveTestWindow(ConsultSession& session, SensorStream* stream
 
     connect(&test_, &ActiveTest::changed, this, &ActiveTestWindow::refresh);
     refresh();
+    vexorin::ui::keepTextPlain(this);
 }
 
 QScrollBar* ActiveTestWindow::scroll(const QString& objectName) const

@@ -1,5 +1,7 @@
 #include "tools/bin_file_downloader.h"
 
+#include "ui/regular_file.h"
+
 #include "app/settings/settings_access.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
@@ -112,10 +114,13 @@ void BinFileDownloader::DownloadBinFile()
     }
     // Opened for writing without truncation: a longer file keeps its tail.
     auto file = std::make_unique<QFile>(path);
-    if (!file->open(QIODevice::ReadWrite)) {
+    QString problem = vexorin::files::openProblem(path, vexorin::files::Access::Write);
+    if (problem.isEmpty() && !file->open(QIODevice::ReadWrite))
+        problem = file->errorString();
+    if (!problem.isEmpty()) {
         labels_.SaveTo.clear();
         labels_.Notice = QStringLiteral("The file %1 cannot be written (%2). Nothing has been sent to the ECU.")
-                             .arg(path, file->errorString());
+                             .arg(path, problem);
         emit labelsChanged();
         emit message(labels_.Notice);
         return;
@@ -214,6 +219,8 @@ bool BinFileDownloader::burst()
                 DownloadByte = addInt16(DownloadByte, -1);
                 ++retries_;
                 labels_.Retries = QStringLiteral("Retries : %1").arg(retries_);
+                // From here on the download cannot finish by itself: say so now.
+                labels_.RetryWarning = QString::fromLatin1(kRetryRunningWarning);
                 return true;
             }
             labels_.Checksum = QStringLiteral("Checksum : ") + QString::number(b, 16).toUpper();
@@ -303,6 +310,7 @@ void BinFileDownloader::CancelDownload()
     QFile::remove(BinFilePath);
     stalled_ = false;
     labels_.Notice = QStringLiteral("Download cancelled: the partial file %1 has been deleted.").arg(BinFilePath);
+    labels_.RetryWarning.clear();
     emit progressChanged(progress_);
     emit labelsChanged();
     emit stateChanged();

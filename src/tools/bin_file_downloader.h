@@ -20,6 +20,9 @@
 class ConsultSession;
 class SettingsStore;
 
+// Shown from the first Retry while the download still runs.
+inline constexpr const char* kRetryRunningWarning = "Retry: the file will be 7 bytes short; Cancel and start again";
+
 class BinFileDownloader : public QObject {
     Q_OBJECT
 public:

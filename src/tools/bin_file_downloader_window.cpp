@@ -3,6 +3,7 @@
 #include "consult/consult_session.h"
 #include "rom/rom_image.h"
 #include "tools/tool_pictures.h"
+#include "ui/plain_text.h"
 #include "ui/color_picker_widget.h"
 #include "ui/common_dialog.h"
 #include "ui/gradient_bar_widget.h"
@@ -109,6 +110,7 @@ BinFileDownloaderWindow::BinFileDownloaderWindow(ConsultSession& session, Settin
     showPicture(downloader_.ImageIndex);
     refreshLabels();
     refreshState();
+    vexorin::ui::keepTextPlain(this);
 }
 
 QAction* BinFileDownloaderWindow::action(const QString& objectName) const

@@ -2,6 +2,7 @@
 
 #include "rom/map_grid_widget.h"
 #include "rom/rom_image.h"
+#include "ui/plain_text.h"
 #include "ui/color_picker_widget.h"
 #include "ui/message_box.h"
 #include "ui/vb_color.h"
@@ -164,6 +165,7 @@ RegisterViewerWindow::RegisterViewerWindow(ConsultSession& session, QWidget* par
     refreshMatrix();
     refreshState();
     resize(sizeHint());
+    vexorin::ui::keepTextPlain(this);
 }
 
 void RegisterViewerWindow::refreshMatrix()

@@ -15,11 +15,26 @@ bool FileExists(const std::string& path)
     return !path.empty() && fs::is_regular_file(path, ec);
 }
 
+std::string OpenProblem(const std::string& path, Access access)
+{
+    if (path.empty())
+        return access == Access::Read ? kFileNotFound : "Bad file name or number.";
+    std::error_code ec;
+    const fs::file_status st = fs::status(path, ec);
+    if (!fs::exists(st))
+        return access == Access::Read ? std::string(kFileNotFound) : std::string();
+    if (fs::is_regular_file(st))
+        return std::string();
+    const std::string name = fs::path(path).filename().string();
+    return (name.empty() ? path : name) + " is not a regular file.";
+}
+
 bool ReadBytes(const std::string& path, std::vector<std::uint8_t>& bytes, std::string* error)
 {
-    if (!FileExists(path)) {
+    const std::string problem = OpenProblem(path, Access::Read);
+    if (!problem.empty()) {
         if (error)
-            *error = kFileNotFound;
+            *error = problem;
         return false;
     }
     std::ifstream in(path, std::ios::binary);
@@ -39,9 +54,14 @@ bool ReadBytes(const std::string& path, std::vector<std::uint8_t>& bytes, std::s
 
 bool WriteBytes(const std::string& path, const std::vector<std::uint8_t>& bytes, std::string* error)
 {
+    const std::string problem = OpenProblem(path, Access::Write);
+    if (!problem.empty()) {
+        if (error)
+            *error = problem;
+        return false;
+    }
     std::error_code ec;
-    if (!path.empty())
-        fs::remove(path, ec);
+    fs::remove(path, ec);
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     if (!out) {
         if (error)

@@ -69,7 +69,7 @@ QString GradientBar::text() const
 {
     if (!showText_)
         return QString();
-    return before_ + QString::number(qRound(fraction() * 100.0)) + QLatin1Char('%') + after_;
+    return before_ + QString::number(qRound(fraction() * 100.0)) + after_;
 }
 
 void GradientBar::paintEvent(QPaintEvent*)

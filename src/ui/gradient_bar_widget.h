@@ -28,7 +28,7 @@ public:
     void setEndColor(const QColor& c);
     void setTextColor(const QColor& c);
 
-    // Shows "before" + percentage + "%" + "after" when on.
+    // Shows "before" + percentage + "after" when on (the sign, if any, is part of "after").
     void setTextVisible(bool on);
     void setTextBefore(const QString& t);
     void setTextAfter(const QString& t);

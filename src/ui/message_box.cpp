@@ -17,6 +17,7 @@ void show(QWidget* parent, const QString& text, const QString& title, QMessageBo
         return;
     }
     QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
+    box.setTextFormat(Qt::PlainText);  // texts carry file names, replies and settings
     box.exec();
 }
 }  // namespace
@@ -44,6 +45,7 @@ void notify(QWidget* parent, const QString& text)
     }
     auto* box = new QMessageBox(QMessageBox::NoIcon, QStringLiteral("Vexorin"), text, QMessageBox::Ok, parent);
     box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
     box->setModal(false);
     box->show();
 }

@@ -1,5 +1,7 @@
 #include "voice/alert_frame_panel.h"
 
+#include "ui/plain_text.h"
+
 #include "voice/alerts.h"
 
 #include <QCheckBox>
@@ -52,6 +54,7 @@ AlertFramePanel::AlertFramePanel(Alert& alert, QWidget* parent)
     connect(cancel, &QPushButton::clicked, &alert_, &Alert::Cancel);
     connect(&alert_, &Alert::changed, this, &AlertFramePanel::refresh);
     refresh();
+    vexorin::ui::keepTextPlain(this);
 }
 
 void AlertFramePanel::refresh()

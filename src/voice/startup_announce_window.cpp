@@ -1,5 +1,7 @@
 #include "voice/startup_announce_window.h"
 
+#include "ui/plain_text.h"
+
 #include "app/settings/settings_access.h"
 #include "voice/speech_out.h"
 
@@ -39,6 +41,7 @@ StartupAnnounceWindow::StartupAnnounceWindow(SettingsStore& store, SpeechOut& sp
     }
     v->addLayout(buttons);
     resize(420, 200);
+    vexorin::ui::keepTextPlain(this);
 }
 
 QString StartupAnnounceWindow::text() const

@@ -11,6 +11,7 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
+#include <QTimer>
 
 namespace {
 // Answers every request with one fixed HTTP response.
@@ -40,17 +41,74 @@ private:
     QByteArray body_;
 };
 
+// Sends the head of a page, then one byte every `everyMs`, for ever.
+class DripServer : public QTcpServer {
+public:
+    explicit DripServer(int everyMs)
+    {
+        listen(QHostAddress::LocalHost);
+        connect(this, &QTcpServer::newConnection, this, [this, everyMs] {
+            while (QTcpSocket* s = nextPendingConnection()) {
+                connect(s, &QTcpSocket::readyRead, s, [s, everyMs] {
+                    if (!s->readAll().contains("\r\n\r\n"))
+                        return;
+                    s->write("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 1000\r\n\r\n2.5");
+                    auto* drip = new QTimer(s);
+                    connect(drip, &QTimer::timeout, s, [s] { s->write("x"); });
+                    drip->start(everyMs);
+                });
+            }
+        });
+    }
+    QString url() const { return QStringLiteral("http://127.0.0.1:%1/softwareversion.html").arg(serverPort()); }
+};
+
+// Streams a page of `megabytes` that holds "2.5", as fast as the reader takes it.
+class HugePageServer : public QTcpServer {
+public:
+    explicit HugePageServer(int megabytes)
+    {
+        listen(QHostAddress::LocalHost);
+        connect(this, &QTcpServer::newConnection, this, [this, megabytes] {
+            while (QTcpSocket* s = nextPendingConnection()) {
+                connect(s, &QTcpSocket::readyRead, s, [this, s, megabytes] {
+                    if (!s->readAll().contains("\r\n\r\n"))
+                        return;
+                    const qint64 total = qint64(megabytes) * 1024 * 1024;
+                    s->write("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: " +
+                             QByteArray::number(total) + "\r\n\r\n");
+                    auto* left = new qint64(total);
+                    auto more = [this, s, left] {
+                        while (*left > 0 && s->bytesToWrite() < 256 * 1024) {
+                            const QByteArray chunk(int(qMin<qint64>(*left, 64 * 1024)), '5');
+                            s->write("2." + chunk.mid(2));
+                            *left -= chunk.size();
+                            sent += chunk.size();
+                        }
+                    };
+                    connect(s, &QTcpSocket::bytesWritten, s, more);
+                    connect(s, &QObject::destroyed, [left] { delete left; });
+                    more();
+                });
+            }
+        });
+    }
+    QString url() const { return QStringLiteral("http://127.0.0.1:%1/softwareversion.html").arg(serverPort()); }
+    qint64 sent = 0;
+};
+
 struct Outcome {
     QStringList texts;
     QStringList titles;
     bool finished = false;
 };
 
-Outcome check(const QString& address)
+Outcome check(const QString& address, int timeLimitMs = UpdateCheck::kTimeoutMs)
 {
     TempSettings settings;
     settings.store->WriteSetting(QStringLiteral("CheckForUpdates"), QStringLiteral("Address"), address);
     UpdateCheck u(*settings.store);
+    u.setTimeLimitMs(timeLimitMs);
     Outcome o;
     QObject::connect(&u, &UpdateCheck::message, [&](const QString& t, const QString& title) {
         o.texts << t;
@@ -80,6 +138,9 @@ private slots:
     void unreachableServerSaysNothing();
     void defaultAddressIsTheWebSitesPage();
     void menuItemShowsTheMessage();
+    void drippingServerIsCutOffAtTheTimeLimit();
+    void pagePast64KbIsAbandoned();
+    void laterClickStartsAFreshCheck();
 };
 
 void UpdateCheckTest::pageWithTheVersionSaysCurrent()
@@ -139,6 +200,52 @@ void UpdateCheckTest::menuItemShowsTheMessage()
     app.window->action(QStringLiteral("CheckForUpdates"))->trigger();
     QTRY_COMPARE(boxes, QStringList{QStringLiteral("Vexorin\n|The current version is  2.0")});
     MessageBoxes::setPresenter({});
+}
+
+void UpdateCheckTest::drippingServerIsCutOffAtTheTimeLimit()
+{
+    DripServer server(200);  // each byte comes well within the transfer time-out
+    QElapsedTimer clock;
+    clock.start();
+    const Outcome o = check(server.url(), 1500);
+    QVERIFY(o.finished);
+    QVERIFY(o.texts.isEmpty());
+    QVERIFY2(clock.elapsed() < 6000, qPrintable(QString::number(clock.elapsed())));
+    QCOMPARE(UpdateCheck::kTimeoutMs, 15000);
+}
+
+void UpdateCheckTest::pagePast64KbIsAbandoned()
+{
+    HugePageServer server(64);
+    const Outcome o = check(server.url());
+    QVERIFY(o.finished);
+    QVERIFY(o.texts.isEmpty());  // the page holds "2.5" but is never read through
+    QVERIFY2(server.sent < 16 * 1024 * 1024, qPrintable(QString::number(server.sent)));
+    // A page of 64 KB exactly is still read.
+    PageServer small("200 OK", QByteArray(UpdateCheck::kMaxPageBytes - 3, ' ') + "2.5");
+    QCOMPARE(check(small.url()).texts, QStringList{QStringLiteral("The current version is  2.0")});
+}
+
+void UpdateCheckTest::laterClickStartsAFreshCheck()
+{
+    DripServer stuck(200);
+    PageServer good("200 OK", "2.5");
+    TempSettings settings;
+    settings.store->WriteSetting(QStringLiteral("CheckForUpdates"), QStringLiteral("Address"), stuck.url());
+    UpdateCheck u(*settings.store);
+    QStringList texts;
+    int finished = 0;
+    QObject::connect(&u, &UpdateCheck::message, [&](const QString& t, const QString&) { texts << t; });
+    QObject::connect(&u, &UpdateCheck::finished, [&] { ++finished; });
+    u.CheckForUpdates();
+    QTest::qWait(300);
+    QVERIFY(u.busy());
+    settings.store->WriteSetting(QStringLiteral("CheckForUpdates"), QStringLiteral("Address"), good.url());
+    u.CheckForUpdates();  // not ignored: the stuck transfer is dropped
+    QTRY_COMPARE_WITH_TIMEOUT(texts, QStringList{QStringLiteral("The current version is  2.0")}, 5000);
+    QCOMPARE(good.requests, 1);
+    QCOMPARE(finished, 1);
+    QVERIFY(!u.busy());
 }
 
 QTEST_MAIN(UpdateCheckTest)

@@ -9,9 +9,11 @@
 #include "temp_settings.h"
 #include "ui/common_dialog.h"
 #include "ui/message_box.h"
+#include "ui/plain_text.h"
 #include "voice/recording_speech_out.h"
 
 #include <QAction>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTest>
@@ -66,6 +68,17 @@ void WholeAppTest::everyWindowOpensAndTheAppStopsCleanly()
     for (QWidget* w : QApplication::topLevelWidgets())
         topLevels += w->isVisible() ? 1 : 0;
     QVERIFY(topLevels >= 12);
+    // No label of any window reads its text as markup, save the fixed ones made so.
+    int labels = 0;
+    for (QWidget* w : QApplication::allWidgets())
+        if (auto* l = qobject_cast<QLabel*>(w)) {
+            ++labels;
+            if (!vexorin::ui::isMarkupByDesign(l))
+                QVERIFY2(l->textFormat() == Qt::PlainText,
+                         qPrintable(l->objectName() + QLatin1String(" in ") + l->window()->objectName() +
+                                    QLatin1String(": ") + l->text()));
+        }
+    QVERIFY(labels > 100);
 
     window->action(QStringLiteral("Exit"))->trigger();
     QVERIFY(!window->isVisible());

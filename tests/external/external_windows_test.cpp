@@ -35,6 +35,7 @@ private slots:
     void checkBoxesDriveTheChannels();
     void displayPercentageGivesCaptions();
     void doubleClickRenamesByTheHeading();
+    void namesAreShownAsTheyWereTyped();
     void openedFromTheMainWindowWithLiveReadings();
 
 private:
@@ -169,6 +170,31 @@ void ExternalWindowsTest::doubleClickRenamesByTheHeading()
     QVERIFY(!rename->isVisible());
     QCOMPARE(w.nameLabel(1)->text(), QStringLiteral("Fuel"));
     QCOMPARE(r.setting(QStringLiteral("ExternalSensor1")), QString());
+}
+
+void ExternalWindowsTest::namesAreShownAsTheyWereTyped()
+{
+    ExternalRig r;
+    r.setting(QStringLiteral("ExternalSensor1"), QStringLiteral("<h1>Oil</h1>"));
+    r.setting(QStringLiteral("ExternalSensor2"), QStringLiteral("<img src=\"/dev/zero\">"));
+    ExternalSensorsWindow w(r.forWindow());
+    w.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&w));
+    QCOMPARE(w.nameLabel(1)->text(), QStringLiteral("<h1>Oil</h1>"));
+    QCOMPARE(w.nameLabel(1)->textFormat(), Qt::PlainText);
+    QCOMPARE(w.nameLabel(2)->textFormat(), Qt::PlainText);
+    // Laid out and painted: the markup is text, and nothing reads /dev/zero.
+    QVERIFY(!w.grab().isNull());
+    QCOMPARE(w.nameLabel(2)->text(), QStringLiteral("<img src=\"/dev/zero\">"));
+
+    // A name typed in the rename box is plain text too.
+    w.rename(3);
+    w.sensorNameWindow()->findChild<QLineEdit*>()->setText(QStringLiteral("<b>EGT</b>"));
+    findButton(w.sensorNameWindow(), QStringLiteral("OK"))->click();
+    QCOMPARE(w.nameLabel(3)->text(), QStringLiteral("<b>EGT</b>"));
+    QCOMPARE(w.nameLabel(3)->textFormat(), Qt::PlainText);
+    for (QLabel* l : w.findChildren<QLabel*>())
+        QCOMPARE(l->textFormat(), Qt::PlainText);
 }
 
 void ExternalWindowsTest::openedFromTheMainWindowWithLiveReadings()

@@ -1,3 +1,4 @@
+#include "fifo.h"
 #include "app/settings/settings_access.h"
 #include "logging/log_capture.h"
 #include "logging/log_format.h"
@@ -53,6 +54,7 @@ private slots:
     void initialNameComesFromTheSettings();
     void captureSurvivesADisconnect();
     void unopenableFileStaysChecked();
+    void pipeIsRefusedWithoutWaiting();
 };
 
 void LogCaptureTest::numberAndDateForms()
@@ -187,6 +189,17 @@ void LogCaptureTest::unopenableFileStaysChecked()
     r.setFrame(typicalFrame());
     r.stream.ReadAllSensors();  // writes go nowhere, without a crash
     QCOMPARE(r.displays.label(SensorId::RPM), QStringLiteral("1012"));
+}
+
+void LogCaptureTest::pipeIsRefusedWithoutWaiting()
+{
+    CaptureRig r;
+    const QString pipe = r.dir.filePath(QStringLiteral("drive.log"));
+    QVERIFY(makeFifo(pipe.toStdString()));
+    r.start(pipe);  // opening a pipe for writing would wait for a reader
+    QVERIFY(!r.capture.fileOpen());
+    QCOMPARE(r.log.messages().last(),
+             QStringLiteral(": Could not open the log file %1: drive.log is not a regular file.").arg(pipe));
 }
 
 QTEST_GUILESS_MAIN(LogCaptureTest)

@@ -1,3 +1,4 @@
+#include "fifo.h"
 #include "logging/log_player.h"
 
 #include <QFile>
@@ -57,6 +58,8 @@ private slots:
     void garbageAndHugeLines();
     void fileDeletedWhileOpen();
     void reloadStartsOver();
+    void closingUnloadsToTheDesignState();
+    void pipeIsRefusedWithoutWaiting();
 };
 
 #define RIG(name)                                                                                                      \
@@ -284,6 +287,54 @@ void LogPlayerTest::reloadStartsOver()
     QCOMPARE(r.frameShown(), 1);
     QCOMPARE(r.player.linePosition(), 14);
     QCOMPARE(r.player.positionBox(), QStringLiteral("42"));  // the box keeps its last text
+}
+
+void LogPlayerTest::closingUnloadsToTheDesignState()
+{
+    RIG(r);
+    r.player.loadChosen(r.write(makeLog(3)));
+    r.player.ReadNext();
+    r.player.Play();
+    QVERIFY(r.player.positionBox() != QStringLiteral("Text14"));
+    QSignalSpy changed(&r.player, &LogPlayer::changed);
+    r.player.closing();
+    QVERIFY(!changed.isEmpty());
+    QVERIFY(!r.player.PlayLogTimer.isActive() && !r.player.FastReverseTimer.isActive());
+    QCOMPARE(r.player.pathBox(), QStringLiteral("C:\\"));
+    QCOMPARE(r.player.positionBox(), QStringLiteral("Text14"));
+    QCOMPARE(r.player.counterBox(), QString());
+    for (int i = 14; i <= 27; ++i)
+        QCOMPARE(r.player.label(i), QString());
+    for (int i = 0; i < LogPlayer::kBarCount; ++i)
+        QCOMPARE(r.player.bar(i), 0);
+    // Every button is inert again, without a message.
+    r.messages.clear();
+    r.player.ReadNext();
+    r.player.Play();
+    r.player.PlayLogTimerTick();
+    r.player.ReadPrevious();
+    r.player.Reload();
+    QVERIFY(r.messages.isEmpty());
+    QVERIFY(!r.player.PlayLogTimer.isActive());
+}
+
+void LogPlayerTest::pipeIsRefusedWithoutWaiting()
+{
+    RIG(r);
+    const QString pipe = r.dir.filePath(QStringLiteral("drive.log"));
+    QVERIFY(makeFifo(pipe.toStdString()));
+    r.player.loadChosen(pipe);  // an open of the pipe would wait for a writer for ever
+    QCOMPARE(r.messages, QStringList{QStringLiteral("The log file could not be opened: drive.log is not a regular file.")});
+    r.player.ReadNext();
+    r.player.ReadPrevious();
+    r.player.Reload();
+    QVERIFY(!r.player.PlayLogTimer.isActive());
+    // log1.txt as a pipe is passed over too.
+    r.player.closing();
+    QVERIFY(makeFifo(r.dir.filePath(QStringLiteral("log1.txt")).toStdString()));
+    r.player.loadChosen(r.write(makeLog(1), QStringLiteral("other.log")));
+    r.player.stopAndClose();
+    r.player.ReadWholeFile(r.dir.path());
 }
 
 QTEST_GUILESS_MAIN(LogPlayerTest)

@@ -151,6 +151,21 @@ void LogWindowsTest::captureThenReplay()
     player->close();
     QVERIFY(!player->player().PlayLogTimer.isActive());
     QVERIFY(boxes.isEmpty());
+
+    // File, Exit unloads the player: opened again it is as at first load.
+    window.action(QStringLiteral("LogPlayer"))->trigger();
+    player->findChild<QAction*>(QStringLiteral("Exit"))->trigger();
+    QVERIFY(!player->isVisible());
+    window.action(QStringLiteral("LogPlayer"))->trigger();
+    QVERIFY(player->isVisible());
+    QCOMPARE(player->player().pathBox(), QStringLiteral("C:\\"));
+    QCOMPARE(player->pathBox()->text(), QString());  // as at first load: no file named
+    QCOMPARE(player->positionBox()->text(), QStringLiteral("Text14"));
+    QCOMPARE(player->valueLabel(27)->text(), QString());
+    findButton(player, QStringLiteral("Read next"))->click();
+    findButton(player, QStringLiteral("Play"))->click();
+    QVERIFY(boxes.isEmpty());
+    QVERIFY(!player->player().PlayLogTimer.isActive());
 }
 
 QTEST_MAIN(LogWindowsTest)

@@ -1,5 +1,6 @@
 // The BIN File Viewer/Editor's logic on real files: banks, named regions with
 // their converted values, and every path by which a byte reaches the file.
+#include "fifo.h"
 #include "rom/bin_viewer.h"
 #include "rom/bin_viewer_layout.h"
 #include "rom/rom_image.h"
@@ -89,6 +90,8 @@ private slots:
     void shortLabelAddressGovernsTheWrite();
     void keyWithEditModeOffWritesNothing();
     void vanishedFileIsNotRecreated();
+    void vanishedFileOnLoadSaysCorrupted();
+    void pipeSaysCorruptedWithoutWaiting();
     void newViewerCaptionStartsAtTwo();
 };
 
@@ -470,6 +473,34 @@ void BinViewerTest::vanishedFileIsNotRecreated()
     QCOMPARE(r.messages.size(), 1);
     QVERIFY(r.messages[0].startsWith(QStringLiteral("The byte could not be written to the BIN file")));
     QVERIFY(!QFile::exists(r.path));
+}
+
+void BinViewerTest::vanishedFileOnLoadSaysCorrupted()
+{
+    BinRig r;
+    r.open();
+    QVERIFY(!r.viewer.grid().text(1, 1).isEmpty());
+    QFile::remove(r.path);
+    r.messages.clear();
+    r.selectBank(254);
+    QCOMPARE(r.messages, QStringList{QStringLiteral("BIN File corrupted or not the correct size.")});
+    for (int c = 0; c <= 16; ++c)
+        QVERIFY(r.viewer.grid().text(0, c).isEmpty());
+    QVERIFY(r.viewer.grid().text(1, 1).isEmpty());
+    r.messages.clear();
+    r.viewer.ReloadLast();
+    QCOMPARE(r.messages, QStringList{QStringLiteral("BIN File corrupted or not the correct size.")});
+    QVERIFY(!QFile::exists(r.path));
+}
+
+void BinViewerTest::pipeSaysCorruptedWithoutWaiting()
+{
+    BinRig r;
+    QFile::remove(r.path);
+    QVERIFY(makeFifo(r.path.toStdString()));
+    r.viewer.OpenBINFile(r.path);
+    QCOMPARE(r.messages, QStringList{QStringLiteral("BIN File corrupted or not the correct size.")});
+    QVERIFY(r.viewer.grid().text(1, 1).isEmpty());
 }
 
 void BinViewerTest::newViewerCaptionStartsAtTwo()

@@ -1,5 +1,6 @@
 // The Map Viewer's logic against BIN files and the simulated ECU: loading all
 // six maps from a file, downloading one map over Consult, and editing.
+#include "fifo.h"
 #include "consult/request_cycle.h"
 #include "consult/simulator_transport.h"
 #include "rom/map_viewer.h"
@@ -9,6 +10,8 @@
 #include "ui/binary_files.h"
 
 #include <QFile>
+#include <QDir>
+#include <QProcess>
 #include <QPointer>
 #include <QTemporaryDir>
 #include <QTest>
@@ -107,6 +110,7 @@ private slots:
     void missingOrShortFileStopsTheLoadWithAMessage();
     void longFileLoadsAsAFullImage();
     void downloadNeedsAConnectedPort();
+    void activationByteTestSendsItsSixBytesAndReadsNothing();
     void buttonsRefuseWhileMonitoringButTheMenuItemDoesNot();
     void fuelDownloadRequestsScalesThenTheBank();
     void timingDownloadReadsFourScaleRequestsFirst();
@@ -119,6 +123,8 @@ private slots:
     void loadAllEcuDataMapsDependsOnTheLastDownload();
     void clearMatrixRebuildsOneGridOnly();
     void nextViewerCaptionsCount();
+    void builtInSimulatorServesTheToolsRom();
+    void pipeStopsTheLoadWithAMessage();
 
     void editModeNeedsAFile();
     void editModeWarnsAndOutlinesTheFirstCell();
@@ -240,6 +246,21 @@ void MapViewerTest::downloadNeedsAConnectedPort()
     r.viewer.StopDataFlow();
     QCOMPARE(r.messages, QStringList(3, QStringLiteral("Consult port not connected.")));
     QVERIFY(!r.viewer.mapTimers[0].isActive());
+}
+
+void MapViewerTest::activationByteTestSendsItsSixBytesAndReadsNothing()
+{
+    MapRig r;
+    r.viewer.ActivationByteTest();
+    QCOMPARE(r.messages, QStringList{QStringLiteral("Consult port not connected.")});
+    r.connect();
+    r.messages.clear();
+    r.sim->written.clear();
+    r.viewer.ActivationByteTest();
+    QVERIFY(r.messages.isEmpty());
+    QCOMPARE(r.sim->written, QByteArray::fromHex("0afd08fd0ff0"));
+    for (const QTimer& t : r.viewer.mapTimers)
+        QVERIFY(!t.isActive());
 }
 
 void MapViewerTest::buttonsRefuseWhileMonitoringButTheMenuItemDoesNot()
@@ -744,6 +765,28 @@ void MapViewerTest::vanishedOrReadOnlyFileIsNeverWritten()
         QVERIFY(r.onDisk() == before);
         QFile::setPermissions(r.path, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     }
+}
+
+void MapViewerTest::pipeStopsTheLoadWithAMessage()
+{
+    MapRig r;
+    QVERIFY(makeFifo(r.path.toStdString()));
+    QVERIFY(!r.viewer.LoadBinFile(r.path));
+    QCOMPARE(r.messages.size(), 1);
+    QVERIFY2(r.messages[0].contains(QStringLiteral("ecu.bin is not a regular file.")), qPrintable(r.messages[0]));
+}
+
+void MapViewerTest::builtInSimulatorServesTheToolsRom()
+{
+    const QString bin = QDir(QDir::tempPath()).filePath(QStringLiteral("vexorin-default-rom-%1.bin").arg(getpid()));
+    QCOMPARE(QProcess::execute(QStringLiteral(VEXORIN_ECU_SIM), {QStringLiteral("--write-rom"), bin}), 0);
+    std::vector<std::uint8_t> written;
+    QVERIFY(readImage(bin.toStdString(), written));
+    QFile::remove(bin);
+    SimulatorTransport builtIn;
+    const auto& rom = builtIn.ecu().rom();
+    QCOMPARE(written.size(), rom.size());
+    QVERIFY(std::equal(rom.begin(), rom.end(), written.begin()));
 }
 
 QTEST_MAIN(MapViewerTest)

@@ -90,6 +90,12 @@ void MapViewerWindowTest::layoutMenusAndStatusBar()
     for (const char* caption : {"Download Map Data", "Stop Data Flow", "Map Trace", "Clear Matrix", "Save Snapshot",
                                 "Load BIN File"})
         QVERIFY2(findButton(w.tabs()->widget(0), QLatin1String(caption)), caption);
+    // Every tab's "ECU Data" frame has the Activation Byte Test.
+    for (int t = 0; t < 6; ++t) {
+        QPushButton* activation = findButton(w.tabs()->widget(t), QStringLiteral("Activation Byte Test"));
+        QVERIFY(activation);
+        QCOMPARE(activation->parentWidget()->property("title").toString(), QStringLiteral("ECU Data"));
+    }
     QVERIFY(w.findChild<QCheckBox*>(QStringLiteral("ClearMatrix1")));
     QVERIFY(w.findChild<QCheckBox*>(QStringLiteral("EditMode6")));
     QVERIFY(w.findChild<QLabel*>(QStringLiteral("Viewing3")));
@@ -106,6 +112,8 @@ void MapViewerWindowTest::layoutMenusAndStatusBar()
     // Not connected: the download button says so.
     findButton(w.tabs()->widget(0), QStringLiteral("Download Map Data"))->click();
     QCOMPARE(boxes_, QStringList{QStringLiteral("Consult port not connected.")});
+    findButton(w.tabs()->widget(3), QStringLiteral("Activation Byte Test"))->click();
+    QCOMPARE(boxes_, QStringList(2, QStringLiteral("Consult port not connected.")));
 }
 
 void MapViewerWindowTest::viewItemsSelectTabs()

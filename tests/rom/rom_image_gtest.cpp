@@ -184,3 +184,39 @@ TEST(RegisterRegionsTest, MapNamesLinkToTheirTabs)
     EXPECT_EQ(mapTabOfRegion(regionName(10)), "Timing (Low Octane)");
     EXPECT_EQ(mapTabOfRegion(regionName(5)), "");
 }
+
+TEST(RegularFileTest, OnlyRegularFilesAreOpened)
+{
+    using vexorin::files::Access;
+    using vexorin::files::OpenProblem;
+    const fs::path dir = fs::temp_directory_path() / ("vexorin-regular-" + std::to_string(::getpid()));
+    fs::create_directories(dir);
+    const std::string fifo = (dir / "drive.log").string();
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    const std::string missing = (dir / "new.bin").string();
+    TempFile regular(16, "regular.bin");
+
+    EXPECT_EQ(OpenProblem(regular.path, Access::Read), "");
+    EXPECT_EQ(OpenProblem(regular.path, Access::Write), "");
+    EXPECT_EQ(OpenProblem(missing, Access::Read), "File not found.");
+    EXPECT_EQ(OpenProblem(missing, Access::Write), "");
+    EXPECT_EQ(OpenProblem(fifo, Access::Read), "drive.log is not a regular file.");
+    EXPECT_EQ(OpenProblem(fifo, Access::Write), "drive.log is not a regular file.");
+    EXPECT_NE(OpenProblem(dir.string(), Access::Read), "");
+    EXPECT_NE(OpenProblem("/dev/zero", Access::Read), "");
+    EXPECT_NE(OpenProblem("/dev/null", Access::Write), "");
+
+    // None of the file layer's reads and writes waits on the pipe or replaces it.
+    std::vector<std::uint8_t> bytes;
+    std::string error;
+    EXPECT_FALSE(vexorin::files::ReadBytes(fifo, bytes, &error));
+    EXPECT_EQ(error, "drive.log is not a regular file.");
+    EXPECT_FALSE(readImage(fifo, bytes, &error));
+    EXPECT_FALSE(writeByte(fifo, 0, 1, &error));
+    EXPECT_EQ(error, "drive.log is not a regular file.");
+    EXPECT_FALSE(vexorin::files::WriteBytes(fifo, {1, 2, 3}, &error));
+    EXPECT_TRUE(fs::is_fifo(fifo));
+    EXPECT_FALSE(vexorin::files::WriteBytes("/dev/null", {1}, &error));
+    EXPECT_TRUE(fs::exists("/dev/null"));
+    fs::remove_all(dir);
+}

@@ -92,7 +92,7 @@ void MonitorWindowsTest::gradientBarClampsAndLabels()
     QCOMPARE(bar.text(), QString());
     bar.setTextVisible(true);
     bar.setTextBefore(QStringLiteral("Downloaded "));
-    bar.setTextAfter(QStringLiteral(" of the ROM"));
+    bar.setTextAfter(QStringLiteral("% of the ROM"));
     QCOMPARE(bar.text(), QStringLiteral("Downloaded 25% of the ROM"));
     bar.setMaximum(0);
     QCOMPARE(bar.fraction(), 0.0);

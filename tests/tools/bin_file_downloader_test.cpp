@@ -1,6 +1,7 @@
 // The BIN File Downloader against the simulated ECU: a whole ROM, Retry and
 // what follows it, Start, Cancel, Exit, the delay items, theme, colours,
 // pictures, the completion announce, a silent ECU, and Verify.
+#include "fifo.h"
 #include "app/settings/settings_access.h"
 #include "tools/bin_file_downloader.h"
 #include "tools_rig.h"
@@ -41,6 +42,7 @@ private slots:
     void startNeedsTheLinkAndNoMonitor();
     void declinedDialogEmptiesTheSaveToBox();
     void unwritableTargetIsRefusedBeforeAnythingIsSent();
+    void pipeAsTargetIsRefused();
     void wholeRomWithoutRetry();
     void longerTargetFileKeepsItsTail();
     void retryGoesBackOneAddressAndLosesSeven();
@@ -105,6 +107,18 @@ void BinFileDownloaderTest::declinedDialogEmptiesTheSaveToBox()
     r.downloader.DownloadBinFile();
     QCOMPARE(r.l().SaveTo, QString());
     QVERIFY(!r.downloader.DownLoadBinFileTimer.isActive());
+}
+
+void BinFileDownloaderTest::pipeAsTargetIsRefused()
+{
+    DownloaderRig r;
+    r.connect();
+    r.path = r.dir.filePath(QStringLiteral("ecu.bin"));
+    QVERIFY(makeFifo(r.path.toStdString()));
+    r.downloader.DownloadBinFile();
+    QVERIFY(!r.downloader.DownLoadBinFileTimer.isActive());
+    QVERIFY(r.l().Notice.contains(QStringLiteral("ecu.bin is not a regular file.")));
+    QVERIFY(r.sim->written.isEmpty());
 }
 
 void BinFileDownloaderTest::unwritableTargetIsRefusedBeforeAnythingIsSent()
@@ -204,6 +218,7 @@ void BinFileDownloaderTest::retryGoesBackOneAddressAndLosesSeven()
     QCOMPARE(r.downloader.DownloadByte, 15);
     r.sim->written.clear();
     QSignalSpy labels(&r.downloader, &BinFileDownloader::labelsChanged);
+    QVERIFY(r.l().RetryWarning.isEmpty());
 
     // The echo of the next request comes back damaged: index 0 is not 54.
     r.corruptNextEcho();
@@ -214,6 +229,8 @@ void BinFileDownloaderTest::retryGoesBackOneAddressAndLosesSeven()
     QCOMPARE(r.downloader.DownloadByte, 30);
     QCOMPARE(r.downloader.retries(), 1);
     QCOMPARE(r.l().Retries, QStringLiteral("Retries : 1"));
+    // The window says at once that this download cannot come out whole.
+    QCOMPARE(r.l().RetryWarning, QStringLiteral("Retry: the file will be 7 bytes short; Cancel and start again"));
     // Nothing of the failed burst was written; addresses 0x8010..0x8016 are never asked for again.
     const QByteArray file = r.fileBytes(r.path);
     QCOMPARE(file.size(), 24);
@@ -249,9 +266,12 @@ void BinFileDownloaderTest::afterARetryTheBurstsRunPastTheEndOfThePage()
     // The register never advances and Completion never comes by itself.
     QCOMPARE(r.downloader.DownloadRegister, 128);
     QVERIFY(r.l().DataReceivedStatus != QStringLiteral("Data Received Status : Complete"));
-    // Cancel between bursts still works.
+    // All the while the window has said what to do.
+    QCOMPARE(r.l().RetryWarning, QStringLiteral("Retry: the file will be 7 bytes short; Cancel and start again"));
+    // Cancel between bursts still works, and the advice goes with the file.
     r.downloader.CancelDownload();
     QVERIFY(!QFile::exists(r.path));
+    QVERIFY(r.l().RetryWarning.isEmpty());
 }
 
 void BinFileDownloaderTest::startDuringADownloadRestartsIntoANewFile()
