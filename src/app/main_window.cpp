@@ -24,6 +24,7 @@
 #include "tools/bin_file_downloader_window.h"
 #include "tools/ecu_tools_window.h"
 #include "tools/register_viewer_window.h"
+#include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
 #include "ui/common_dialog.h"
 #include "sensors/sensor_displays.h"
@@ -858,10 +859,8 @@ void MainWindow::unloadWindows()
         for (QWidget* w : windows()) {
             // Each window closes as its own close would (the Active Test sends its
             // last byte, viewers stop loading), then goes.
-            QPointer<QWidget> guard(w);
             emit windowUnloading(w->objectName());
-            w->close();
-            delete guard.data();
+            vexorin::ui::unloadWindow(w);
         }
     }
 }

@@ -1,6 +1,7 @@
 #include "logging/log_player_window.h"
 
 #include "logging/log_player.h"
+#include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
 #include "ui/common_dialog.h"
 #include "ui/gradient_bar_widget.h"
@@ -179,6 +180,7 @@ void LogPlayerWindow::snapshot()
 
 void LogPlayerWindow::closeEvent(QCloseEvent* e)
 {
+    vexorin::ui::endDialogsOf(this);
     player_->closing();
     QWidget::closeEvent(e);
 }

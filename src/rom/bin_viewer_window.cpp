@@ -4,6 +4,7 @@
 #include "rom/hex_chart_window.h"
 #include "rom/map_grid_widget.h"
 #include "rom/rom_image.h"
+#include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
 #include "ui/color_picker_widget.h"
 #include "ui/common_dialog.h"
@@ -341,6 +342,7 @@ BinViewerWindow* BinViewerWindow::openNewViewer()
 void BinViewerWindow::unload()
 {
     viewer_->abortLoad();
+    vexorin::ui::endDialogsOf(this);
     hide();
     deleteLater();
 }

@@ -3,6 +3,7 @@
 #include "rom/map_grid_widget.h"
 #include "rom/map_viewer.h"
 #include "rom/rom_image.h"
+#include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
 #include "ui/common_dialog.h"
 #include "ui/event_loop_yield.h"
@@ -441,6 +442,7 @@ MapViewerWindow* MapViewerWindow::openNewViewer()
 void MapViewerWindow::unload()
 {
     viewer_->abortLoad();
+    vexorin::ui::endDialogsOf(this);
     hide();
     emit unloaded();
     deleteLater();

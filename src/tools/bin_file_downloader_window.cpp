@@ -3,6 +3,7 @@
 #include "consult/consult_session.h"
 #include "rom/rom_image.h"
 #include "tools/tool_pictures.h"
+#include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
 #include "ui/color_picker_widget.h"
 #include "ui/common_dialog.h"
@@ -371,6 +372,7 @@ void BinFileDownloaderWindow::showPicture(int index)
 
 void BinFileDownloaderWindow::closeEvent(QCloseEvent* event)
 {
+    vexorin::ui::endDialogsOf(this);
     // The close box runs File, Exit.
     if (!exiting_) {
         exiting_ = true;

@@ -2,6 +2,7 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QPointer>
 #include <QRegularExpression>
 
 namespace mCommonDialog {
@@ -31,28 +32,32 @@ bool run(const DialogRequest& req, DialogResult& res, bool save)
         path = answerer()(req, save);
         chosenFilter = filters.value(qMax(0, req.filterIndex - 1));
     } else {
-        QFileDialog dialog(req.owner, req.dialogTitle, req.initialDirectory, QString());
-        dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-        dialog.setFileMode(save ? QFileDialog::AnyFile
-                                : (req.multiSelect ? QFileDialog::ExistingFiles
-                                                   : (req.fileMustExist ? QFileDialog::ExistingFile
-                                                                        : QFileDialog::AnyFile)));
+        // On the heap: the owner may be unloaded while the dialog waits, and takes the
+        // dialog with it; exec() then returns Rejected.
+        QPointer<QFileDialog> dialog = new QFileDialog(req.owner, req.dialogTitle, req.initialDirectory, QString());
+        dialog->setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+        dialog->setFileMode(save ? QFileDialog::AnyFile
+                                 : (req.multiSelect ? QFileDialog::ExistingFiles
+                                                    : (req.fileMustExist ? QFileDialog::ExistingFile
+                                                                         : QFileDialog::AnyFile)));
         if (!filters.isEmpty()) {
-            dialog.setNameFilters(filters);
-            dialog.selectNameFilter(filters.value(qMax(0, req.filterIndex - 1)));
+            dialog->setNameFilters(filters);
+            dialog->selectNameFilter(filters.value(qMax(0, req.filterIndex - 1)));
         }
         QString ext = req.defaultExtension;
         if (ext.startsWith(QLatin1Char('.')))
             ext.remove(0, 1);
-        dialog.setDefaultSuffix(ext);
+        dialog->setDefaultSuffix(ext);
         if (!save || !req.overwritePrompt)
-            dialog.setOption(QFileDialog::DontConfirmOverwrite, !req.overwritePrompt);
+            dialog->setOption(QFileDialog::DontConfirmOverwrite, !req.overwritePrompt);
         if (!req.fileSpec.isEmpty())
-            dialog.selectFile(req.fileSpec);
-        if (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
-            path = dialog.selectedFiles().first();
-            chosenFilter = dialog.selectedNameFilter();
+            dialog->selectFile(req.fileSpec);
+        const int outcome = dialog->exec();
+        if (dialog && outcome == QDialog::Accepted && !dialog->selectedFiles().isEmpty()) {
+            path = dialog->selectedFiles().first();
+            chosenFilter = dialog->selectedNameFilter();
         }
+        delete dialog.data();
     }
     if (path.isEmpty())
         return false;

@@ -1,6 +1,7 @@
 #include "ui/message_box.h"
 
 #include <QMessageBox>
+#include <QPointer>
 
 namespace MessageBoxes {
 namespace {
@@ -16,9 +17,11 @@ void show(QWidget* parent, const QString& text, const QString& title, QMessageBo
         presenter()(text, title, icon == QMessageBox::Critical);
         return;
     }
-    QMessageBox box(icon, title, text, QMessageBox::Ok, parent);
-    box.setTextFormat(Qt::PlainText);  // texts carry file names, replies and settings
-    box.exec();
+    // On the heap: the parent may be unloaded while the box waits, and takes it along.
+    QPointer<QMessageBox> box = new QMessageBox(icon, title, text, QMessageBox::Ok, parent);
+    box->setTextFormat(Qt::PlainText);  // texts carry file names, replies and settings
+    box->exec();
+    delete box.data();
 }
 }  // namespace
 
