@@ -26,6 +26,7 @@
 #include "tools/register_viewer_window.h"
 #include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
+#include "ui/user_input.h"
 #include "ui/common_dialog.h"
 #include "sensors/sensor_displays.h"
 #include "ui/color_picker_widget.h"
@@ -524,8 +525,9 @@ QWidget* MainWindow::buildGraphFrame()
     controls->addWidget(onOff, 1, 0);
     controls->addWidget(graphOnLabel_, 1, 1);
     showPointsBox_ = new QCheckBox(QStringLiteral("Show Points"), frame);
+    showPointsBox_->setObjectName(QStringLiteral("ShowPoints"));
     showPointsBox_->setChecked(core_.graph().settings().ShowPoints);
-    connect(showPointsBox_, &QCheckBox::clicked, &feed, &GraphFeed::ShowPointsClicked);
+    vexorin::ui::onUserToggle(showPointsBox_, &feed, [&feed] { feed.ShowPointsClicked(); });
     controls->addWidget(showPointsBox_, 2, 0, 1, 2);
     dataColor_ = new ColorPicker(QStringLiteral("Data Color"), frame);
     pointColor_ = new ColorPicker(QStringLiteral("Point Color"), frame);

@@ -6,6 +6,7 @@
 #include "rom/rom_image.h"
 #include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
+#include "ui/user_input.h"
 #include "ui/color_picker_widget.h"
 #include "ui/common_dialog.h"
 #include "ui/event_loop_yield.h"
@@ -165,13 +166,12 @@ BinViewerWindow::BinViewerWindow(int formCount, QWidget* parent)
 
     BinViewer& v = *viewer_;
     connect(banks_, qOverload<int>(&QComboBox::activated), this, [this](int i) { viewer_->selectBank(i); });
-    connect(regions_, &QListWidget::itemDoubleClicked, this,
-            [this](QListWidgetItem* item) { viewer_->doubleClickRegion(regions_->row(item)); });
+    vexorin::ui::onRowOpened(regions_, this, [this](int row) { viewer_->doubleClickRegion(row); });
     connect(picker_, &ColorPicker::colorPicked, this, [this](quint32 bgr) {
         const QColor c = fromBgr(bgr);
         viewer_->setCellColor({std::uint8_t(c.red()), std::uint8_t(c.green()), std::uint8_t(c.blue())});
     });
-    connect(editMode_, &QCheckBox::clicked, this, [this](bool on) { viewer_->setEditMode(on); });
+    vexorin::ui::onUserToggle(editMode_, this, [this](bool on) { viewer_->setEditMode(on); });
     connect(grid_, &QTableWidget::cellClicked, this, [this](int r, int c) { viewer_->clickCell(r, c); });
     connect(grid_, &QTableWidget::cellDoubleClicked, this, [this](int r, int c) {
         viewer_->doubleClickCell(r, c);
@@ -256,7 +256,7 @@ void BinViewerWindow::refresh()
         banks_->setCurrentIndex(v.bankIndex());
     path_->setText(v.pathBox() == QLatin1String(vexorin::rom::kNoFile) ? QString() : v.pathBox());
     converted_->setText(v.convertedLabel());
-    editMode_->setChecked(v.editMode());
+    vexorin::ui::setCheckedQuietly(editMode_, v.editMode());
     grid_->setEnabled(v.grid().enabled);
     grid_->setToolTip(v.gridToolTip());
     regions_->setToolTip(v.listToolTip());

@@ -5,6 +5,7 @@
 #include "rom/rom_image.h"
 #include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
+#include "ui/user_input.h"
 #include "ui/common_dialog.h"
 #include "ui/event_loop_yield.h"
 #include "ui/message_box.h"
@@ -266,7 +267,7 @@ QWidget* MapViewerWindow::buildPage(int t)
     auto* editLayout = new QVBoxLayout(edit);
     p.editMode = new QCheckBox(QStringLiteral("Edit Mode"));
     p.editMode->setObjectName(numbered("EditMode", t));
-    connect(p.editMode, &QCheckBox::clicked, this, [this, t](bool on) { viewer_->setEditMode(t, on); });
+    vexorin::ui::onUserToggle(p.editMode, this, [this, t](bool on) { viewer_->setEditMode(t, on); });
     editLayout->addWidget(p.editMode);
     p.editName = new QLabel;
     p.editName->setObjectName(perTabName("EditName", t));
@@ -361,7 +362,7 @@ void MapViewerWindow::refreshTab(int t)
     p.viewing->setText(tab.viewing);
     p.path->setText(tab.pathBox == QLatin1String(vexorin::rom::kNoFile) ? QString() : tab.pathBox);
     p.clearMatrix->setEnabled(tab.clearMatrixEnabled);
-    p.editMode->setChecked(tab.editMode);
+    vexorin::ui::setCheckedQuietly(p.editMode, tab.editMode);
     p.editName->setText(tab.editName);
     p.origVal->setText(tab.origVal);
     p.textValue->setText(tab.textValue);

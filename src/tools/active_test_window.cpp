@@ -1,6 +1,7 @@
 #include "tools/active_test_window.h"
 
 #include "ui/plain_text.h"
+#include "ui/user_input.h"
 
 #include "tools/tool_pictures.h"
 
@@ -102,7 +103,7 @@ ActiveTestWindow::ActiveTestWindow(ConsultSession& session, SensorStream* stream
     for (std::size_t i = 0; i < ActiveTest::kTestOptions.size(); ++i) {
         auto* option = new QRadioButton(QLatin1String(ActiveTest::kTestOptions[i]), tests);
         option->setChecked(i == 0);
-        connect(option, &QRadioButton::clicked, this, [this, i] { test_.chooseTestOption(int(i)); });
+        vexorin::ui::onUserChoose(option, this, [this, i] { test_.chooseTestOption(int(i)); });
         testsLayout->addWidget(option);
     }
     grid->addWidget(tests, 4, 0);

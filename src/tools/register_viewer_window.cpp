@@ -3,6 +3,7 @@
 #include "rom/map_grid_widget.h"
 #include "rom/rom_image.h"
 #include "ui/plain_text.h"
+#include "ui/user_input.h"
 #include "ui/color_picker_widget.h"
 #include "ui/message_box.h"
 #include "ui/vb_color.h"
@@ -91,8 +92,8 @@ RegisterViewerWindow::RegisterViewerWindow(ConsultSession& session, QWidget* par
     eprom_ = new QRadioButton(QStringLiteral("EPROM"), modeGroup);
     eprom_->setObjectName(QStringLiteral("Eprom"));
     ecu_->setChecked(true);
-    connect(ecu_, &QRadioButton::clicked, this, [this] { viewer_.setMode(RegisterViewer::Mode::Ecu); });
-    connect(eprom_, &QRadioButton::clicked, this, [this] { viewer_.setMode(RegisterViewer::Mode::Eprom); });
+    vexorin::ui::onUserChoose(ecu_, this, [this] { viewer_.setMode(RegisterViewer::Mode::Ecu); });
+    vexorin::ui::onUserChoose(eprom_, this, [this] { viewer_.setMode(RegisterViewer::Mode::Eprom); });
     modeLayout->addWidget(ecu_);
     modeLayout->addWidget(eprom_);
     left->addWidget(modeGroup);
@@ -153,8 +154,7 @@ RegisterViewerWindow::RegisterViewerWindow(ConsultSession& session, QWidget* par
     list_->setAccessibleName(QStringLiteral("Named regions"));
     list_->setMinimumWidth(list_->fontMetrics().horizontalAdvance(
                                QStringLiteral("(241) F100 - F1FF High Octane High Gear Fuel Map")) + 30);
-    connect(list_, &QListWidget::itemDoubleClicked, this,
-            [this](QListWidgetItem* item) { viewer_.RegionDoubleClicked(list_->row(item)); });
+    vexorin::ui::onRowOpened(list_, this, [this](int row) { viewer_.RegionDoubleClicked(row); });
     listLayout->addWidget(list_);
     outer->addWidget(listGroup, 1);
     setCentralWidget(area);

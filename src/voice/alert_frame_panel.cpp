@@ -1,6 +1,7 @@
 #include "voice/alert_frame_panel.h"
 
 #include "ui/plain_text.h"
+#include "ui/user_input.h"
 
 #include "voice/alerts.h"
 
@@ -47,9 +48,10 @@ AlertFramePanel::AlertFramePanel(Alert& alert, QWidget* parent)
     buttons->addWidget(cancel);
     grid->addLayout(buttons, 3, 0, 1, 3);
 
-    connect(limit_, &QLineEdit::textEdited, &alert_, &Alert::setLimit);
-    connect(alertBox_, &QCheckBox::clicked, &alert_, &Alert::ClickAlertBox);
-    connect(messageBox_, &QCheckBox::clicked, &alert_, &Alert::ClickMessageBox);
+    using namespace vexorin::ui;
+    onUserText(limit_, &alert_, [this](const QString& text) { alert_.setLimit(text); });
+    onUserToggle(alertBox_, &alert_, [this] { alert_.ClickAlertBox(); });
+    onUserToggle(messageBox_, &alert_, [this] { alert_.ClickMessageBox(); });
     connect(ok, &QPushButton::clicked, &alert_, &Alert::OK);
     connect(cancel, &QPushButton::clicked, &alert_, &Alert::Cancel);
     connect(&alert_, &Alert::changed, this, &AlertFramePanel::refresh);
