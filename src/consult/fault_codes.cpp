@@ -69,27 +69,44 @@ void FaultCodes::ReadFaultCodes()
         session_.log().AddLogMessage(timeoutMessage());
         return;
     }
-    // Position 1 is the length byte: the echo and the frame start are skipped.
-    const ReplyBuffer buf(*reply, kFaultCodesReplyLength, 2);
-    for (int i = 1; i <= kFaultCodesReplyLength; ++i) {
-        const int byte = buf(i);
-        if (byte == FrameStart) {
-            StopData(link);
-            return;
+    const FaultScan scan = scanFaultReply(ReplyBuffer(*reply, kFaultCodesReplyLength, 2));
+    for (int byte : scan.bytes) {
+        if (const FaultCode* code = findFaultCode(byte)) {
+            session_.setFaultCodeList(session_.FaultCodeList() + QLatin1String(code->list));
+            session_.log().AddLogMessage(QLatin1String(code->log));
+            response_ += QStringLiteral("\r\n") + QLatin1String(code->spoken) + QStringLiteral("\r\n");
         }
-        for (const FaultCode& code : kFaultCodes) {
-            if (code.byte == byte) {
-                session_.setFaultCodeList(session_.FaultCodeList() + QLatin1String(code.list));
-                session_.log().AddLogMessage(QLatin1String(code.log));
-                response_ += QStringLiteral("\r\n") + QLatin1String(code.spoken) + QStringLiteral("\r\n");
-                break;
-            }
-        }
-        session_.voice().say(response_);
-        if (byte == FrameStart)
-            StopData(link);
+        session_.voice().say(response_);  // after every position, the sentences so far
     }
+    if (scan.endedAtFrameStart)
+        StopData(link);
 }
+
+namespace vexorin::consult {
+
+FaultScan scanFaultReply(const ReplyBuffer& reply)
+{
+    FaultScan scan;
+    for (int i = 1; i <= kFaultCodesReplyLength; ++i) {
+        const int byte = reply(i);
+        if (byte == FrameStart) {
+            scan.endedAtFrameStart = true;
+            break;
+        }
+        scan.bytes.push_back(byte);
+    }
+    return scan;
+}
+
+const FaultCode* findFaultCode(int byte)
+{
+    for (const FaultCode& code : kFaultCodes)
+        if (code.byte == byte)
+            return &code;
+    return nullptr;
+}
+
+}  // namespace vexorin::consult
 
 void FaultCodes::ClearFaultCodes()
 {

@@ -6,6 +6,7 @@
 #include <QString>
 #include <array>
 #include <cstdint>
+#include <vector>
 
 class ConsultSession;
 
@@ -18,6 +19,21 @@ struct FaultCode {
 };
 
 extern const std::array<FaultCode, 18> kFaultCodes;
+
+namespace vexorin::consult {
+class ReplyBuffer;
+
+// The fault bytes of a reply, read from position 1 (the length byte: the echo
+// and the frame start lie before it) up to the next frame start.
+struct FaultScan {
+    std::vector<int> bytes;          // each position's byte, in order, before any frame start
+    bool endedAtFrameStart = false;  // a frame start (255) ended the data
+};
+FaultScan scanFaultReply(const ReplyBuffer& reply);
+
+// The table's entry of a fault byte, or null for a byte it does not know.
+const FaultCode* findFaultCode(int byte);
+}  // namespace vexorin::consult
 
 class FaultCodes : public QObject {
     Q_OBJECT
