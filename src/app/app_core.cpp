@@ -2,17 +2,17 @@
 
 #include "app/color_frame.h"
 #include "app/options_menu.h"
+#include "app/settings/settings_access.h"
 #include "app/splash.h"
 #include "app/update_check.h"
-#include "app/settings/settings_access.h"
+#include "consult/consult_link.h"
+#include "consult/consult_session.h"
 #include "consult/fault_codes.h"
+#include "consult/port_selection.h"
+#include "consult/session_log.h"
 #include "graph/graph_control.h"
 #include "graph/graph_feed.h"
 #include "logging/log_capture.h"
-#include "consult/consult_link.h"
-#include "consult/consult_session.h"
-#include "consult/port_selection.h"
-#include "consult/session_log.h"
 #include "sensors/byte_viewer_cells.h"
 #include "sensors/monitor_views.h"
 #include "sensors/sensor_displays.h"
@@ -105,6 +105,10 @@ void AppCore::start()
         },
         [this] { portSelection_->RefreshPortList(); },
         [this] { voiceMonitor_->announceStartup(); },
+        [this] {
+            if (!store_.problem().isEmpty())
+                log_->AddLogMessage(QStringLiteral(": ") + store_.problem());
+        },
     };
     for (const auto& step : steps) {
         try {

@@ -1,9 +1,9 @@
 #include "app/color_frame_panel.h"
 
 #include "app/color_frame.h"
-#include "ui/plain_text.h"
 #include "ui/color_picker_widget.h"
 #include "ui/message_box.h"
+#include "ui/plain_text.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>

@@ -1,8 +1,7 @@
 #include "app/credits_window.h"
 
-#include "ui/plain_text.h"
-
 #include "app/credits_scroll.h"
+#include "ui/plain_text.h"
 
 #include <QEvent>
 #include <QFontMetrics>

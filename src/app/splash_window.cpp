@@ -1,8 +1,7 @@
 #include "app/splash_window.h"
 
-#include "ui/plain_text.h"
-
 #include "app/splash.h"
+#include "ui/plain_text.h"
 
 #include <QDesktopServices>
 #include <QLabel>

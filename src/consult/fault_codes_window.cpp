@@ -1,8 +1,7 @@
 #include "consult/fault_codes_window.h"
 
-#include "ui/plain_text.h"
-
 #include "consult/fault_codes.h"
+#include "ui/plain_text.h"
 
 #include <QLabel>
 #include <QListWidget>

@@ -2,9 +2,9 @@
 
 #include "external/external_sensors.h"
 #include "external/sensor_name_window.h"
-#include "ui/plain_text.h"
 #include "ui/gradient_bar_widget.h"
 #include "ui/message_box.h"
+#include "ui/plain_text.h"
 #include "ui/port_menu_items.h"
 
 #include <QCheckBox>

@@ -1,10 +1,9 @@
 #include "logging/log_capture.h"
 
-#include "ui/regular_file.h"
-
 #include "app/settings/settings_access.h"
 #include "consult/session_log.h"
 #include "logging/log_format.h"
+#include "ui/regular_file.h"
 
 using namespace vexorin::logging;
 

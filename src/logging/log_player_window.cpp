@@ -1,11 +1,11 @@
 #include "logging/log_player_window.h"
 
 #include "logging/log_player.h"
-#include "ui/owned_dialogs.h"
-#include "ui/plain_text.h"
 #include "ui/common_dialog.h"
 #include "ui/gradient_bar_widget.h"
 #include "ui/message_box.h"
+#include "ui/owned_dialogs.h"
+#include "ui/plain_text.h"
 #include "ui/window_capture.h"
 
 #include <QCloseEvent>

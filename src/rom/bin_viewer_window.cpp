@@ -4,13 +4,13 @@
 #include "rom/hex_chart_window.h"
 #include "rom/map_grid_widget.h"
 #include "rom/rom_image.h"
-#include "ui/owned_dialogs.h"
-#include "ui/plain_text.h"
-#include "ui/user_input.h"
 #include "ui/color_picker_widget.h"
 #include "ui/common_dialog.h"
 #include "ui/event_loop_yield.h"
 #include "ui/message_box.h"
+#include "ui/owned_dialogs.h"
+#include "ui/plain_text.h"
+#include "ui/user_input.h"
 #include "ui/vb_color.h"
 #include "ui/window_capture.h"
 
@@ -344,7 +344,7 @@ void BinViewerWindow::unload()
     viewer_->abortLoad();
     vexorin::ui::endDialogsOf(this);
     hide();
-    deleteLater();
+    vexorin::ui::deleteWhenDialogsEnd(this);
 }
 
 void BinViewerWindow::exitViewer()

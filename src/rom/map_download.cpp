@@ -1,12 +1,11 @@
 // Reading one map from the ECU: the scales first, then the map's bank, eight
 // addresses a request, one request a tick.
-#include "rom/map_viewer.h"
-
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
 #include "consult/memory_burst.h"
 #include "consult/request_cycle.h"
 #include "consult/session_log.h"
+#include "rom/map_viewer.h"
 
 #include <QThread>
 

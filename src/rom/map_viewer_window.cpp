@@ -3,12 +3,12 @@
 #include "rom/map_grid_widget.h"
 #include "rom/map_viewer.h"
 #include "rom/rom_image.h"
-#include "ui/owned_dialogs.h"
-#include "ui/plain_text.h"
-#include "ui/user_input.h"
 #include "ui/common_dialog.h"
 #include "ui/event_loop_yield.h"
 #include "ui/message_box.h"
+#include "ui/owned_dialogs.h"
+#include "ui/plain_text.h"
+#include "ui/user_input.h"
 #include "ui/window_capture.h"
 
 #include <QAction>
@@ -446,7 +446,7 @@ void MapViewerWindow::unload()
     vexorin::ui::endDialogsOf(this);
     hide();
     emit unloaded();
-    deleteLater();
+    vexorin::ui::deleteWhenDialogsEnd(this);
 }
 
 void MapViewerWindow::exitViewer()

@@ -1,8 +1,7 @@
 #include "sensors/byte_viewer_window.h"
 
-#include "ui/plain_text.h"
-
 #include "sensors/byte_viewer_cells.h"
+#include "ui/plain_text.h"
 
 #include <QFontDatabase>
 #include <QGridLayout>

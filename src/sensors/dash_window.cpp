@@ -1,8 +1,7 @@
 #include "sensors/dash_window.h"
 
-#include "ui/plain_text.h"
-
 #include "sensors/sensor_displays.h"
+#include "ui/plain_text.h"
 
 #include <QGridLayout>
 #include <QLabel>

@@ -1,8 +1,8 @@
 #include "sensors/large_view_panel.h"
 
 #include "sensors/sensor_displays.h"
-#include "ui/plain_text.h"
 #include "ui/gradient_bar_widget.h"
+#include "ui/plain_text.h"
 #include "ui/vb_color.h"
 
 #include <QLabel>

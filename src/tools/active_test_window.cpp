@@ -1,9 +1,8 @@
 #include "tools/active_test_window.h"
 
+#include "tools/tool_pictures.h"
 #include "ui/plain_text.h"
 #include "ui/user_input.h"
-
-#include "tools/tool_pictures.h"
 
 #include <QCloseEvent>
 #include <QGridLayout>

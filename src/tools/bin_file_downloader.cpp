@@ -1,14 +1,13 @@
 #include "tools/bin_file_downloader.h"
 
-#include "ui/regular_file.h"
-
 #include "app/settings/settings_access.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
+#include "consult/memory_burst.h"
 #include "consult/request_cycle.h"
 #include "consult/session_log.h"
 #include "rom/rom_image.h"
-#include "consult/memory_burst.h"
+#include "ui/regular_file.h"
 #include "voice/voice_gate.h"
 
 #include <QTime>

@@ -3,12 +3,12 @@
 #include "consult/consult_session.h"
 #include "rom/rom_image.h"
 #include "tools/tool_pictures.h"
-#include "ui/owned_dialogs.h"
-#include "ui/plain_text.h"
 #include "ui/color_picker_widget.h"
 #include "ui/common_dialog.h"
 #include "ui/gradient_bar_widget.h"
 #include "ui/message_box.h"
+#include "ui/owned_dialogs.h"
+#include "ui/plain_text.h"
 #include "ui/vb_color.h"
 
 #include <QActionGroup>
@@ -372,7 +372,8 @@ void BinFileDownloaderWindow::showPicture(int index)
 
 void BinFileDownloaderWindow::closeEvent(QCloseEvent* event)
 {
-    vexorin::ui::endDialogsOf(this);
+    if (vexorin::ui::endDialogsOf(this))
+        vexorin::ui::deleteWhenDialogsEnd(this);
     // The close box runs File, Exit.
     if (!exiting_) {
         exiting_ = true;

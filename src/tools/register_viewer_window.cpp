@@ -2,10 +2,10 @@
 
 #include "rom/map_grid_widget.h"
 #include "rom/rom_image.h"
-#include "ui/plain_text.h"
-#include "ui/user_input.h"
 #include "ui/color_picker_widget.h"
 #include "ui/message_box.h"
+#include "ui/plain_text.h"
+#include "ui/user_input.h"
 #include "ui/vb_color.h"
 #include "ui/window_capture.h"
 

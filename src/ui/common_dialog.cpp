@@ -1,5 +1,7 @@
 #include "ui/common_dialog.h"
 
+#include "ui/owned_dialogs.h"
+
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QPointer>
@@ -52,6 +54,7 @@ bool run(const DialogRequest& req, DialogResult& res, bool save)
             dialog->setOption(QFileDialog::DontConfirmOverwrite, !req.overwritePrompt);
         if (!req.fileSpec.isEmpty())
             dialog->selectFile(req.fileSpec);
+        const vexorin::ui::DialogWait wait(req.owner);
         const int outcome = dialog->exec();
         if (dialog && outcome == QDialog::Accepted && !dialog->selectedFiles().isEmpty()) {
             path = dialog->selectedFiles().first();

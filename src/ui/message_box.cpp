@@ -1,5 +1,7 @@
 #include "ui/message_box.h"
 
+#include "ui/owned_dialogs.h"
+
 #include <QMessageBox>
 #include <QPointer>
 
@@ -20,7 +22,10 @@ void show(QWidget* parent, const QString& text, const QString& title, QMessageBo
     // On the heap: the parent may be unloaded while the box waits, and takes it along.
     QPointer<QMessageBox> box = new QMessageBox(icon, title, text, QMessageBox::Ok, parent);
     box->setTextFormat(Qt::PlainText);  // texts carry file names, replies and settings
-    box->exec();
+    {
+        const vexorin::ui::DialogWait wait(parent);
+        box->exec();
+    }
     delete box.data();
 }
 }  // namespace

@@ -1,9 +1,35 @@
 #include "ui/owned_dialogs.h"
 
 #include <QDialog>
-#include <QPointer>
+#include <QVariant>
 
 namespace vexorin::ui {
+
+namespace {
+constexpr const char* kWaits = "vexorinDialogWaits";
+constexpr const char* kDeletePending = "vexorinDeleteWhenDialogsEnd";
+
+int waits(const QWidget* window)
+{
+    return window ? window->property(kWaits).toInt() : 0;
+}
+}  // namespace
+
+DialogWait::DialogWait(QWidget* owner) : window_(owner ? owner->window() : nullptr)
+{
+    if (window_)
+        window_->setProperty(kWaits, waits(window_) + 1);
+}
+
+DialogWait::~DialogWait()
+{
+    if (!window_)
+        return;
+    const int left = waits(window_) - 1;
+    window_->setProperty(kWaits, left);
+    if (left <= 0 && window_->property(kDeletePending).toBool())
+        window_->deleteLater();  // the code that opened the dialog finishes first
+}
 
 bool endDialogsOf(QWidget* window)
 {
@@ -19,17 +45,27 @@ bool endDialogsOf(QWidget* window)
     return any;
 }
 
+void deleteWhenDialogsEnd(QWidget* window)
+{
+    if (!window)
+        return;
+    if (waits(window) > 0) {
+        window->setAttribute(Qt::WA_DeleteOnClose, false);  // a close may not delete it from under the wait
+        window->setProperty(kDeletePending, true);
+    } else {
+        window->deleteLater();
+    }
+}
+
 void unloadWindow(QWidget* window)
 {
     QPointer<QWidget> guard(window);
-    const bool waiting = endDialogsOf(window);
-    if (guard)
-        guard->close();
-    if (!guard)
-        return;
+    endDialogsOf(window);
+    const bool waiting = waits(window) > 0;
     if (waiting)
-        guard->deleteLater();
-    else
+        deleteWhenDialogsEnd(window);
+    guard->close();
+    if (guard && !waiting)
         delete guard.data();
 }
 

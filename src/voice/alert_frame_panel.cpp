@@ -2,7 +2,6 @@
 
 #include "ui/plain_text.h"
 #include "ui/user_input.h"
-
 #include "voice/alerts.h"
 
 #include <QCheckBox>

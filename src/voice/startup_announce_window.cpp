@@ -1,8 +1,7 @@
 #include "voice/startup_announce_window.h"
 
-#include "ui/plain_text.h"
-
 #include "app/settings/settings_access.h"
+#include "ui/plain_text.h"
 #include "voice/speech_out.h"
 
 #include <QHBoxLayout>

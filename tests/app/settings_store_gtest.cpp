@@ -1,11 +1,15 @@
 #include "app/settings/edit_reg.h"
 #include "app/settings/settings_access.h"
+#include "fifo.h"
 #include "temp_settings.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QPoint>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 TEST(SettingsStoreTest, MissingSectionOrKeyReadsEmpty)
@@ -89,4 +93,46 @@ TEST(EditRegTest, KeyValueRoundTrip)
     EditReg::SetKeyValue(raw, "NotifyPorts", "Setting", "True");
     EXPECT_EQ(EditReg::GetKeyValue(raw, "NotifyPorts", "Setting"), QString("True"));
     EXPECT_EQ(EditReg::GetKeyValue(raw, "NotifyPorts", "Missing"), QString());
+}
+
+TEST(SettingsStoreTest, SettingsFileThatIsAPipeIsNeverOpened)
+{
+    QTemporaryDir dir;
+    const QString pipe = dir.filePath(QStringLiteral("Vexorin.conf"));
+    ASSERT_TRUE(makeFifo(pipe.toStdString()));
+    SettingsStore store(pipe);  // a read of the pipe would wait for a writer for ever
+    EXPECT_TRUE(store.problem().contains(QStringLiteral("Vexorin.conf is not a regular file.")));
+    EXPECT_EQ(store.ReadSetting(QStringLiteral("Options"), QStringLiteral("MPH")), QString());
+    store.WriteSetting(QStringLiteral("Options"), QStringLiteral("MPH"), QStringLiteral("1"));
+    EXPECT_EQ(store.ReadSetting(QStringLiteral("Options"), QStringLiteral("MPH")), QStringLiteral("1"));
+    EXPECT_NE(store.fileName(), pipe);
+    EXPECT_TRUE(QFileInfo(pipe).exists() && !QFileInfo(pipe).isFile());
+
+    TempSettings normal;
+    EXPECT_TRUE(normal.store->problem().isEmpty());
+}
+
+TEST(SettingsStoreTest, UserStoreThatIsAPipeIsNeverOpened)
+{
+    QTemporaryDir home;
+    const QByteArray before = qgetenv("XDG_CONFIG_HOME");
+    qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
+    ASSERT_TRUE(QDir(home.path()).mkpath(QStringLiteral("Vexorin")));
+    const QString pipe = home.filePath(QStringLiteral("Vexorin/Vexorin.conf"));
+    ASSERT_TRUE(makeFifo(pipe.toStdString()));
+    {
+        SettingsStore store;
+        EXPECT_TRUE(store.problem().contains(pipe));
+        EXPECT_EQ(store.ReadSetting(QStringLiteral("Options"), QStringLiteral("MPH")), QString());
+    }
+    QFile::remove(pipe);
+    {
+        SettingsStore store;  // the same place, now free: the user's own file
+        EXPECT_TRUE(store.problem().isEmpty());
+        EXPECT_EQ(store.fileName(), pipe);
+    }
+    if (before.isEmpty())
+        qunsetenv("XDG_CONFIG_HOME");
+    else
+        qputenv("XDG_CONFIG_HOME", before);
 }

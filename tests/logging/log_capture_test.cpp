@@ -1,5 +1,5 @@
-#include "fifo.h"
 #include "app/settings/settings_access.h"
+#include "fifo.h"
 #include "logging/log_capture.h"
 #include "logging/log_format.h"
 #include "monitor_rig.h"

@@ -1,18 +1,18 @@
 // The Map Viewer's logic against BIN files and the simulated ECU: loading all
 // six maps from a file, downloading one map over Consult, and editing.
-#include "fifo.h"
 #include "consult/request_cycle.h"
 #include "consult/simulator_transport.h"
+#include "fifo.h"
 #include "rom/map_viewer.h"
 #include "rom/rom_image.h"
 #include "session_rig.h"
 #include "sim/ecu_simulator.h"
 #include "ui/binary_files.h"
 
-#include <QFile>
 #include <QDir>
-#include <QProcess>
+#include <QFile>
 #include <QPointer>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <unistd.h>

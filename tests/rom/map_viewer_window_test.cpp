@@ -21,8 +21,8 @@
 #include <QProgressBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
-#include <QToolButton>
 #include <QTest>
+#include <QToolButton>
 
 class MapViewerWindowTest : public QObject {
     Q_OBJECT

@@ -1,8 +1,8 @@
 // The BIN File Downloader against the simulated ECU: a whole ROM, Retry and
 // what follows it, Start, Cancel, Exit, the delay items, theme, colours,
 // pictures, the completion announce, a silent ECU, and Verify.
-#include "fifo.h"
 #include "app/settings/settings_access.h"
+#include "fifo.h"
 #include "tools/bin_file_downloader.h"
 #include "tools_rig.h"
 

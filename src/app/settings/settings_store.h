@@ -27,7 +27,10 @@ public:
     void remove(const QString& section, const QString& key);
 
     QString fileName() const;
+    // Why the settings file could not be used (it is not a regular file), or empty.
+    QString problem() const { return problem_; }
 
 private:
+    QString problem_;  // before settings_: the store's opening fills it
     std::unique_ptr<QSettings> settings_;
 };
