@@ -2,7 +2,9 @@
 // and their refusals, the monitor's refusal while a tool shows, the windows'
 // controls, and pictures of each window at work on the simulator.
 #include "app_rig.h"
+#include "consult/consult_link.h"
 #include "consult/consult_session.h"
+#include "consult/simulator_transport.h"
 #include "rom/map_grid_widget.h"
 #include "sensors/sensor_stream.h"
 #include "tools/active_test_window.h"
@@ -150,6 +152,25 @@ void EcuToolsWindowsTest::downloaderWindowAtWork()
     QVERIFY(!w->findChild<QLineEdit*>(QStringLiteral("BinaryBox"))->isVisible());
     saveShot(w, QStringLiteral("bin-file-downloader-plain.png"));
     w->action(QStringLiteral("MatrixTheme"))->trigger();
+
+    // One damaged echo: the window says at once, in red, what that does to the file.
+    auto* sim = qobject_cast<SimulatorTransport*>(app.core.link().transport());
+    QVERIFY(sim);
+    vexorin::sim::SimFaults faults = sim->ecu().faults();
+    faults.corruptNextEcho = true;
+    sim->ecu().setFaults(faults);
+    d.DownLoadBinFileTimerTick();
+    QCOMPARE(d.retries(), 1);
+    auto* warning = w->findChild<QLabel*>(QStringLiteral("RetryWarning"));
+    QVERIFY(warning && warning->isVisible());
+    QCOMPARE(warning->text(), QStringLiteral("Retry: the file will be 7 bytes short; Cancel and start again"));
+    QApplication::processEvents();
+    saveShot(w, QStringLiteral("bin-file-downloader-retry.png"));
+    d.DownLoadBinFileTimer.start();  // the test ticks by hand; Cancel acts on a running download
+    findButton(w, QStringLiteral("Cancel"))->click();
+    QVERIFY(!warning->isVisible());
+    findButton(w, QStringLiteral("Download BIN File"))->click();
+    d.DownLoadBinFileTimer.stop();
 
     while (d.DownLoadBinFileTimer.isActive() || d.labels().DataReceivedStatus.endsWith(QStringLiteral("Good")))
         d.DownLoadBinFileTimerTick();
