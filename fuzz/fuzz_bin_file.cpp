@@ -2,6 +2,7 @@
 // operations taken from the front of the input: bank choices, clicks,
 // region look-ups and typed keys in edit mode. Whatever happens, the file
 // keeps its length.
+#include "fuzz_input_file.h"
 #include "rom/bin_viewer.h"
 #include "ui/binary_files.h"
 
@@ -21,12 +22,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         (std::filesystem::temp_directory_path() / ("vexorin-fuzz-" + std::to_string(::getpid()) + ".bin")).string();
 
     const std::size_t opCount = std::min<std::size_t>(size, 48);
-    // Files of every length up to a little over a whole image: the tail of the
-    // input repeated, so short inputs still reach the upper banks.
-    const std::size_t fileSize = opCount < size ? (std::size_t(data[0]) << 8 | data[opCount - 1]) % 33000 : 0;
-    std::vector<std::uint8_t> file(fileSize);
-    for (std::size_t i = 0; i < fileSize; ++i)
-        file[i] = data[opCount + i % (size - opCount)];
+    const std::vector<std::uint8_t> file = fileFromInput(data, size, opCount);
+    const std::size_t fileSize = file.size();
     if (!vexorin::files::WriteBytes(path, file, nullptr))
         return 0;
 

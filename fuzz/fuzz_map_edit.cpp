@@ -3,6 +3,7 @@
 // edit step writes at most the one byte it names (the selected cell or
 // heading) and the file never changes its length.
 #include "consult/fake_transport.h"
+#include "fuzz_input_file.h"
 #include "rom/map_viewer.h"
 #include "session_rig.h"
 #include "ui/binary_files.h"
@@ -35,11 +36,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static SessionRig* rig = new SessionRig([](int, QString*) { return new FakeTransport; });
 
     const std::size_t opCount = std::min<std::size_t>(size, 64);
-    // A file of any length up to a little over a whole image, filled from the input's tail.
-    const std::size_t fileSize = opCount < size ? (std::size_t(data[0]) << 8 | data[opCount - 1]) % 33000 : 0;
-    std::vector<std::uint8_t> file(fileSize);
-    for (std::size_t i = 0; i < fileSize; ++i)
-        file[i] = data[opCount + i % (size - opCount)];
+    const std::vector<std::uint8_t> file = fileFromInput(data, size, opCount);
+    const std::size_t fileSize = file.size();
     if (!vexorin::files::WriteBytes(path, file, nullptr))
         return 0;
 

@@ -68,15 +68,6 @@ QString writeRom(const QTemporaryDir& dir)
     return path;
 }
 
-void connectToSimulator(AppRig& app)
-{
-    for (QAction* a : app.window->portMenu()->actions())
-        if (a->text().startsWith(QStringLiteral("Vexorin ECU Simulator")))
-            a->trigger();
-    app.core.session().ConnectDisconnect();
-    QTRY_COMPARE(app.core.session().ConnectedLabel(), QStringLiteral("Connected"));
-    QTRY_VERIFY(!app.core.session().GetSerialNumberKValue.isActive());
-}
 }  // namespace
 
 class AccessibleControlsTest : public QObject {
@@ -241,7 +232,7 @@ void AccessibleControlsTest::activeTestOptions()
     AppRig app;
     app.settings.store->WriteSetting(QStringLiteral("RecordConsult"), QStringLiteral("File"), recording);
     app.open();
-    connectToSimulator(app);
+    QVERIFY(app.connectToSimulator());
     ActiveTestWindow w(app.core.session(), nullptr);
     w.show();
     const qint64 before = QFileInfo(recording).size();  // the identity reads, all written out

@@ -35,15 +35,6 @@
 #include <QTest>
 
 namespace {
-// The simulator's row of the port menu, then Connect.
-void connectToSimulator(AppRig& app)
-{
-    for (QAction* a : app.window->portMenu()->actions())
-        if (a->text().startsWith(QStringLiteral("Vexorin ECU Simulator")))
-            a->trigger();
-    app.core.session().ConnectDisconnect();
-    QTRY_COMPARE(app.core.session().ConnectedLabel(), QStringLiteral("Connected"));
-}
 
 // Everything the program wrote on the line, from a recording.
 QByteArray writtenBytes(const QString& recording)
@@ -431,7 +422,7 @@ struct RecordedApp {
         recording = dir.filePath(QStringLiteral("line.txt"));
         app.settings.store->WriteSetting(QStringLiteral("RecordConsult"), QStringLiteral("File"), recording);
         app.open();
-        connectToSimulator(app);
+        QVERIFY(app.connectToSimulator());
         app.speech.clear();
     }
     bool endsWithTheStopBytes() const { return writtenBytes(recording).endsWith(QByteArray("\x30\x30", 2)); }
@@ -468,7 +459,7 @@ void AppShellTest::voiceOffClosingSpeaksNothing()
 {
     AppRig app;
     app.open();
-    connectToSimulator(app);
+    QVERIFY(app.connectToSimulator());
     app.window->action(QStringLiteral("VoiceOn"))->trigger();
     QVERIFY(!app.window->action(QStringLiteral("VoiceOn"))->isChecked());
     app.speech.clear();
@@ -485,7 +476,7 @@ void AppShellTest::captureIsClosedFirst()
     app.settings.store->WriteSetting(QStringLiteral("LogFile"), QStringLiteral("FileName"),
                                      dir.filePath(QStringLiteral("never.log")));
     app.open();
-    connectToSimulator(app);
+    QVERIFY(app.connectToSimulator());
     const QString log = dir.filePath(QStringLiteral("drive.log"));
     app.core.capture().CapturetologfileClicked([&](const QString&) { return log; });
     QVERIFY(app.core.capture().fileOpen());

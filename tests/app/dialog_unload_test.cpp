@@ -110,12 +110,7 @@ void DialogUnloadTest::mainWindowExitsWhileTheDownloaderAsksForAFile()
 {
     AppRig app;
     app.open();
-    for (QAction* a : app.window->portMenu()->actions())
-        if (a->text().startsWith(QStringLiteral("Vexorin ECU Simulator")))
-            a->trigger();
-    app.core.session().ConnectDisconnect();
-    QTRY_COMPARE(app.core.session().ConnectedLabel(), QStringLiteral("Connected"));
-    QTRY_VERIFY(!app.core.session().GetSerialNumberKValue.isActive());
+    QVERIFY(app.connectToSimulator());
     app.window->action(QStringLiteral("BinFileDownloader"))->trigger();
     QPointer<BinFileDownloaderWindow> downloader = app.window->ecuTools()->binFileDownloader();
     QVERIFY(downloader);

@@ -244,11 +244,7 @@ void MapViewerWindowTest::monitoringRefusesWhileTheViewerShows()
 {
     AppRig app;
     app.open();
-    for (QAction* a : app.window->portMenu()->actions())
-        if (a->text().startsWith(QStringLiteral("Vexorin ECU Simulator")))
-            a->trigger();
-    app.core.session().ConnectDisconnect();
-    QTRY_COMPARE(app.core.session().ConnectedLabel(), QStringLiteral("Connected"));
+    QVERIFY(app.connectToSimulator());
     app.window->showMapViewer();
     app.core.stream().MonitorOnOff();
     QCOMPARE(boxes_.last(), QStringLiteral("Please close the Map Viewer first."));

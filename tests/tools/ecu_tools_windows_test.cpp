@@ -59,12 +59,7 @@ void EcuToolsWindowsTest::cleanup()
 
 void EcuToolsWindowsTest::connect(AppRig& app)
 {
-    for (QAction* a : app.window->portMenu()->actions())
-        if (a->text().startsWith(QStringLiteral("Vexorin ECU Simulator")))
-            a->trigger();
-    app.core.session().ConnectDisconnect();
-    QTRY_COMPARE(app.core.session().ConnectedLabel(), QStringLiteral("Connected"));
-    QTRY_VERIFY(!app.core.session().GetSerialNumberKValue.isActive());
+    QVERIFY(app.connectToSimulator());
 }
 
 void EcuToolsWindowsTest::commandsRefuseAndTheMonitorRefusesWhileAToolShows()
