@@ -42,7 +42,6 @@
 #include "ui/color_picker_widget.h"
 #include "ui/common_dialog.h"
 #include "ui/message_box.h"
-#include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
 #include "ui/port_menu_items.h"
 #include "ui/status_panels.h"
@@ -178,51 +177,6 @@ MainWindow::MainWindow(AppCore& core, QWidget* parent)
 }
 
 MainWindow::~MainWindow() = default;
-
-ExternalSensorsWindow* MainWindow::externalSensorsWindow() const
-{
-    return externalSensors_;
-}
-
-InterfaceCheckWindow* MainWindow::interfaceCheckWindow() const
-{
-    return interfaceCheck_;
-}
-
-DashWindow* MainWindow::dashWindow() const
-{
-    return dash_;
-}
-
-ByteViewerWindow* MainWindow::byteViewerWindow() const
-{
-    return byteViewer_;
-}
-
-StartupAnnounceWindow* MainWindow::startupAnnounceWindow() const
-{
-    return startupAnnounce_;
-}
-
-FaultCodesWindow* MainWindow::faultCodesWindow() const
-{
-    return faultCodesWindow_;
-}
-
-SpeechEnginesWindow* MainWindow::speechEnginesWindow() const
-{
-    return speechEngines_;
-}
-
-GraphTestWindow* MainWindow::graphTestWindow() const
-{
-    return graphTest_;
-}
-
-LogPlayerWindow* MainWindow::logPlayerWindow() const
-{
-    return logPlayer_;
-}
 
 QAction* MainWindow::action(const QString& objectName) const
 {
@@ -558,15 +512,6 @@ void MainWindow::refreshGraphControls()
     }
 }
 
-void MainWindow::showGraphTest()
-{
-    if (!graphTest_)
-        graphTest_ = new GraphTestWindow(core_.graphFeed(), this);
-    core_.graphFeed().showGraphTest();
-    graphTest_->show();
-    graphTest_->raise();
-}
-
 QWidget* MainWindow::buildStatusBlock()
 {
     auto* box = new QGroupBox;
@@ -697,18 +642,6 @@ void MainWindow::refreshChecks()
     notifyPortsAction_->setChecked(core_.portSelection().notifyPortsChecked());
 }
 
-void MainWindow::showInterfaceCheck()
-{
-    if (!interfaceCheck_) {
-        interfaceCheck_ = new InterfaceCheckWindow(core_.ports().source(), this);
-        connect(interfaceCheck_, &InterfaceCheckWindow::errorBox, this,
-                [this](const QString& t, const QString& title) { MessageBoxes::critical(this, t, title); });
-    }
-    interfaceCheck_->reload();
-    interfaceCheck_->show();
-    interfaceCheck_->raise();
-}
-
 void MainWindow::refreshViews()
 {
     const MonitorViews& mv = core_.views();
@@ -717,22 +650,6 @@ void MainWindow::refreshViews()
         largeViewer_->raise();
     viewAllAction_->setChecked(mv.viewAllSensorsChecked());
     largeViewAction_->setChecked(mv.largeSensorViewerChecked());
-}
-
-void MainWindow::showDash()
-{
-    if (!dash_)
-        dash_ = new DashWindow(core_.displays(), this);
-    dash_->show();
-    dash_->raise();
-}
-
-void MainWindow::showByteViewer()
-{
-    if (!byteViewer_)
-        byteViewer_ = new ByteViewerWindow(core_.byteViewer(), this);
-    byteViewer_->show();
-    byteViewer_->raise();
 }
 
 void MainWindow::placeSharedSpotFrames()
@@ -753,118 +670,6 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event)
     if (watched == sensorPanel_ && (event->type() == QEvent::Resize || event->type() == QEvent::Move))
         placeSharedSpotFrames();
     return QMainWindow::eventFilter(watched, event);
-}
-
-MapViewerWindow* MainWindow::mapViewerWindow() const
-{
-    return mapViewer_;
-}
-
-void MainWindow::showMapViewer()
-{
-    if (!mapViewer_)
-        mapViewer_ = new MapViewerWindow(core_.session(), 0, this);
-    mapViewer_->show();
-    mapViewer_->raise();
-}
-
-BinViewerWindow* MainWindow::binViewerWindow() const
-{
-    return binViewer_;
-}
-
-void MainWindow::showBinViewer()
-{
-    if (!binViewer_)
-        binViewer_ = new BinViewerWindow(1, this);
-    binViewer_->show();
-    binViewer_->raise();
-}
-
-void MainWindow::showLogPlayer()
-{
-    if (!logPlayer_)
-        logPlayer_ = new LogPlayerWindow(this);
-    logPlayer_->show();
-    logPlayer_->raise();
-}
-
-void MainWindow::showStartupAnnounce()
-{
-    if (!startupAnnounce_)
-        startupAnnounce_ = new StartupAnnounceWindow(core_.store(), core_.voice().out(), this);
-    startupAnnounce_->open();
-}
-
-void MainWindow::showFaultCodes()
-{
-    if (!faultCodesWindow_)
-        faultCodesWindow_ = new FaultCodesWindow(this);
-    faultCodesWindow_->show();
-    faultCodesWindow_->raise();
-}
-
-void MainWindow::showSpeechEngines()
-{
-    if (!speechEngines_)
-        speechEngines_ = new SpeechEnginesWindow(this);
-    speechEngines_->reload();
-    speechEngines_->show();
-    speechEngines_->raise();
-}
-
-void MainWindow::closeEvent(QCloseEvent* event)
-{
-    core_.shutdown();
-    core_.UnloadSwitch.clear();
-    unloadWindows();
-    event->accept();
-}
-
-void MainWindow::exitFromMenu()
-{
-    core_.UnloadSwitch.clear();
-    unloadWindows();
-    close();
-}
-
-void MainWindow::unloadWindows()
-{
-    const auto one = [](QWidget* w) { return w ? QList<QWidget*>{w} : QList<QWidget*>{}; };
-    const auto many = [](const auto& windows) {
-        QList<QWidget*> list;
-        for (QWidget* w : windows)
-            list.append(w);
-        return list;
-    };
-    const std::function<QList<QWidget*>()> order[] = {
-        [&] { return one(credits_); },
-        [&] { return one(BinViewerWindow::existingHexChart()); },
-        [&] { return many(MapViewerWindow::all()); },
-        [&] { return one(startupAnnounce_); },
-        [&] { return one(byteViewer_); },
-        [&] { return one(graphTest_); },
-        [&] { return many(BinViewerWindow::all()); },
-        [&] { return one(ecuTools_->binFileDownloader()); },
-        [&] { return one(ecuTools_->activeTest()); },
-        [&] { return one(logPlayer_); },
-        [&] { return one(ecuTools_->registerViewer()); },
-        [&] { return one(interfaceCheck_); },
-        [&] { return one(faultCodesWindow_); },
-        [&] { return one(dash_); },
-        [&] { return one(externalSensors_); },
-        [&] { return one(findChild<QWidget*>(QStringLiteral("SensorName"), Qt::FindDirectChildrenOnly)); },
-        [&] { return one(speechEngines_); },
-        [&] { return one(splash_); },
-    };
-    for (const auto& windows : order) {
-        for (QWidget* w : windows()) {
-            // Each window closes as its own close would (the Active Test sends its
-            // last byte, viewers stop loading), then goes.
-            emit windowUnloading(w->objectName());
-            vexorin::ui::unloadWindow(w);
-        }
-    }
 }
 
 void MainWindow::changeEvent(QEvent* event)
@@ -905,47 +710,4 @@ void MainWindow::showEvent(QShowEvent* event)
         placedOnShow_ = true;
         placeAtStoredGeometry();
     }
-}
-
-SplashWindow* MainWindow::splashWindow() const
-{
-    return splash_;
-}
-
-CreditsWindow* MainWindow::creditsWindow() const
-{
-    return credits_;
-}
-
-void MainWindow::showSplash()
-{
-    if (!splash_) {
-        splash_ = new SplashWindow(core_.splash(), this);
-        splash_->setAttribute(Qt::WA_DeleteOnClose);
-    }
-    splash_->show();
-    splash_->raise();
-}
-
-void MainWindow::showCredits()
-{
-    if (!credits_) {
-        credits_ = new CreditsWindow(this);
-        credits_->setAttribute(Qt::WA_DeleteOnClose);
-    }
-    credits_->show();
-    credits_->raise();
-}
-
-// External sensors. The window goes with its port when it is closed, and is
-// made afresh (settings read again) at the next opening.
-void MainWindow::showExternalSensors()
-{
-    if (!externalSensors_) {
-        externalSensors_ = new ExternalSensorsWindow(ExternalSensors::forApp(core_), this);
-        externalSensors_->setAttribute(Qt::WA_DeleteOnClose);
-        connect(externalSensors_, &ExternalSensorsWindow::interfaceCheckRequested, this, &MainWindow::showInterfaceCheck);
-    }
-    externalSensors_->show();
-    externalSensors_->raise();
 }

@@ -1,6 +1,6 @@
 #include "consult/recording_transport.h"
 
-#include "ui/binary_files.h"
+#include "ui/regular_file.h"
 
 #include <QRegularExpression>
 
@@ -37,8 +37,7 @@ RecordingTransport::RecordingTransport(SerialTransport* inner, const QString& lo
         emit lost(reason);
     });
     // A setting may name anything: only a regular file (or a new one) is written.
-    if (vexorin::files::OpenProblem(logFile.toStdString(), vexorin::files::Access::Write).empty())
-        file_.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text);
+    vexorin::files::openRegular(file_, QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text);
 }
 
 RecordingTransport::~RecordingTransport()

@@ -31,11 +31,9 @@ void LogCapture::CapturetologfileClicked(const std::function<QString(const QStri
     file_.close();
     file_.setFileName(chosen);
     lineInFrame_ = 0;
-    const QString problem = vexorin::files::openProblem(chosen, vexorin::files::Access::Write);
-    if (!problem.isEmpty())
+    QString problem;
+    if (!vexorin::files::openRegular(file_, QIODevice::WriteOnly | QIODevice::Truncate, &problem))
         log_.AddLogMessage(QStringLiteral(": Could not open the log file %1: %2").arg(chosen, problem));
-    else if (!file_.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        log_.AddLogMessage(QStringLiteral(": Could not open the log file %1: %2").arg(chosen, file_.errorString()));
     emit checkedChanged(true);
 }
 

@@ -2,32 +2,13 @@
 
 #include "ui/regular_file.h"
 
-namespace {
-// Opens the file for reading once it is known to be a regular file.
-bool openRegular(QFile& file, QString* error)
-{
-    const QString problem = vexorin::files::openProblem(file.fileName(), vexorin::files::Access::Read);
-    if (!problem.isEmpty()) {
-        if (error)
-            *error = problem;
-        return false;
-    }
-    if (!file.open(QIODevice::ReadOnly)) {
-        if (error)
-            *error = file.errorString();
-        return false;
-    }
-    return true;
-}
-}  // namespace
-
 bool LogLineReader::open(const QString& path, QString* error)
 {
     close();
     starts_.clear();
     indexedSize_ = 0;
     file_.setFileName(path);
-    if (!openRegular(file_, error))
+    if (!vexorin::files::openRegular(file_, QIODevice::ReadOnly, error))
         return false;
     line_ = 0;
     starts_.push_back(0);
@@ -105,7 +86,7 @@ bool LogLineReader::reopen(QString* error)
     const QString path = file_.fileName();
     file_.close();
     file_.setFileName(path);
-    if (!openRegular(file_, error))
+    if (!vexorin::files::openRegular(file_, QIODevice::ReadOnly, error))
         return false;
     line_ = 0;
     if (file_.size() < indexedSize_) {  // shorter than what was indexed: start the index afresh

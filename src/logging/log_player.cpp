@@ -238,7 +238,7 @@ void LogPlayer::ReadWholeFile(const QString& programDirectory)
     if (reader_.isOpen())
         return;  // the slot is taken by the log: the open fails
     QFile f(QDir(programDirectory).filePath(QStringLiteral("log1.txt")));
-    if (vexorin::files::openProblem(f.fileName(), vexorin::files::Access::Read).isEmpty() && f.open(QIODevice::ReadOnly))
+    if (vexorin::files::openRegular(f, QIODevice::ReadOnly))
         f.read(16 * 1024 * 1024);  // read and dropped: nothing is shown
 }
 

@@ -113,10 +113,8 @@ void BinFileDownloader::DownloadBinFile()
     }
     // Opened for writing without truncation: a longer file keeps its tail.
     auto file = std::make_unique<QFile>(path);
-    QString problem = vexorin::files::openProblem(path, vexorin::files::Access::Write);
-    if (problem.isEmpty() && !file->open(QIODevice::ReadWrite))
-        problem = file->errorString();
-    if (!problem.isEmpty()) {
+    QString problem;
+    if (!vexorin::files::openRegular(*file, QIODevice::ReadWrite, &problem)) {
         labels_.SaveTo.clear();
         labels_.Notice = QStringLiteral("The file %1 cannot be written (%2). Nothing has been sent to the ECU.")
                              .arg(path, problem);

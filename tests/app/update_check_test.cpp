@@ -14,87 +14,84 @@
 #include <QTimer>
 
 namespace {
-// Answers every request with one fixed HTTP response.
-class PageServer : public QTcpServer {
+// A web server on the loopback that answers each request (once its head has
+// arrived) as the subclass says.
+class TestServer : public QTcpServer {
 public:
-    explicit PageServer(QByteArray status, QByteArray body) : status_(std::move(status)), body_(std::move(body))
+    TestServer()
     {
         listen(QHostAddress::LocalHost);
         connect(this, &QTcpServer::newConnection, this, [this] {
             while (QTcpSocket* s = nextPendingConnection()) {
                 connect(s, &QTcpSocket::readyRead, s, [this, s] {
-                    if (!s->readAll().contains("\r\n\r\n"))
-                        return;
-                    ++requests;
-                    s->write("HTTP/1.1 " + status_ + "\r\nContent-Type: text/html\r\nContent-Length: " +
-                             QByteArray::number(body_.size()) + "\r\nConnection: close\r\n\r\n" + body_);
-                    s->disconnectFromHost();
+                    if (s->readAll().contains("\r\n\r\n"))
+                        answer(s);
                 });
             }
         });
     }
     QString url() const { return QStringLiteral("http://127.0.0.1:%1/softwareversion.html").arg(serverPort()); }
+
+protected:
+    virtual void answer(QTcpSocket* s) = 0;
+};
+
+// Answers every request with one fixed HTTP response.
+class PageServer : public TestServer {
+public:
+    PageServer(QByteArray status, QByteArray body) : status_(std::move(status)), body_(std::move(body)) {}
     int requests = 0;
 
 private:
+    void answer(QTcpSocket* s) override
+    {
+        ++requests;
+        s->write("HTTP/1.1 " + status_ + "\r\nContent-Type: text/html\r\nContent-Length: " +
+                 QByteArray::number(body_.size()) + "\r\nConnection: close\r\n\r\n" + body_);
+        s->disconnectFromHost();
+    }
     QByteArray status_;
     QByteArray body_;
 };
 
 // Sends the head of a page, then one byte every `everyMs`, for ever.
-class DripServer : public QTcpServer {
+class DripServer : public TestServer {
 public:
-    explicit DripServer(int everyMs)
+    explicit DripServer(int everyMs) : everyMs_(everyMs) {}
+
+private:
+    void answer(QTcpSocket* s) override
     {
-        listen(QHostAddress::LocalHost);
-        connect(this, &QTcpServer::newConnection, this, [this, everyMs] {
-            while (QTcpSocket* s = nextPendingConnection()) {
-                connect(s, &QTcpSocket::readyRead, s, [s, everyMs] {
-                    if (!s->readAll().contains("\r\n\r\n"))
-                        return;
-                    s->write("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 1000\r\n\r\n2.5");
-                    auto* drip = new QTimer(s);
-                    connect(drip, &QTimer::timeout, s, [s] { s->write("x"); });
-                    drip->start(everyMs);
-                });
-            }
-        });
+        s->write("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 1000\r\n\r\n2.5");
+        auto* drip = new QTimer(s);
+        connect(drip, &QTimer::timeout, s, [s] { s->write("x"); });
+        drip->start(everyMs_);
     }
-    QString url() const { return QStringLiteral("http://127.0.0.1:%1/softwareversion.html").arg(serverPort()); }
+    int everyMs_;
 };
 
 // Streams a page of `megabytes` that holds "2.5", as fast as the reader takes it.
-class HugePageServer : public QTcpServer {
+class HugePageServer : public TestServer {
 public:
-    explicit HugePageServer(int megabytes)
-    {
-        listen(QHostAddress::LocalHost);
-        connect(this, &QTcpServer::newConnection, this, [this, megabytes] {
-            while (QTcpSocket* s = nextPendingConnection()) {
-                connect(s, &QTcpSocket::readyRead, s, [this, s, megabytes] {
-                    if (!s->readAll().contains("\r\n\r\n"))
-                        return;
-                    const qint64 total = qint64(megabytes) * 1024 * 1024;
-                    s->write("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: " +
-                             QByteArray::number(total) + "\r\n\r\n");
-                    auto* left = new qint64(total);
-                    auto more = [this, s, left] {
-                        while (*left > 0 && s->bytesToWrite() < 256 * 1024) {
-                            const QByteArray chunk(int(qMin<qint64>(*left, 64 * 1024)), '5');
-                            s->write("2." + chunk.mid(2));
-                            *left -= chunk.size();
-                            sent += chunk.size();
-                        }
-                    };
-                    connect(s, &QTcpSocket::bytesWritten, s, more);
-                    connect(s, &QObject::destroyed, [left] { delete left; });
-                    more();
-                });
-            }
-        });
-    }
-    QString url() const { return QStringLiteral("http://127.0.0.1:%1/softwareversion.html").arg(serverPort()); }
+    explicit HugePageServer(int megabytes) : total_(qint64(megabytes) * 1024 * 1024) {}
     qint64 sent = 0;
+
+private:
+    void answer(QTcpSocket* s) override
+    {
+        s->write("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: " + QByteArray::number(total_) +
+                 "\r\n\r\n");
+        auto more = [this, s] {
+            while (sent < total_ && s->bytesToWrite() < 256 * 1024) {
+                const QByteArray chunk(int(qMin<qint64>(total_ - sent, 64 * 1024)), '5');
+                s->write("2." + chunk.mid(2));
+                sent += chunk.size();
+            }
+        };
+        connect(s, &QTcpSocket::bytesWritten, s, more);
+        more();
+    }
+    qint64 total_;
 };
 
 struct Outcome {
