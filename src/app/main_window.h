@@ -40,6 +40,8 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
     static constexpr int kTwipsPerPixel = 15;
+    static constexpr int px(int twips) { return twips / kTwipsPerPixel; }
+    static constexpr int twips(int pixels) { return pixels * kTwipsPerPixel; }
     static constexpr int kClientWidthTwips = 12840;
     static constexpr int kClientHeightTwips = 7200;
 
