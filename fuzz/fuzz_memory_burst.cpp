@@ -5,7 +5,7 @@
 // ends with CmdGo then exactly one CmdStop on the line.
 #include "consult/consult_link.h"
 #include "consult/fake_transport.h"
-#include "consult/memory_burst.h"
+#include "consult/read_plans.h"
 
 #include <QCoreApplication>
 #include <cstddef>

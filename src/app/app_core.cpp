@@ -2,13 +2,14 @@
 
 #include "app/color_frame.h"
 #include "app/options_menu.h"
+#include "app/port_selection.h"
+#include "app/session_views.h"
 #include "app/settings/settings_access.h"
 #include "app/splash.h"
 #include "app/update_check.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
 #include "consult/fault_codes.h"
-#include "consult/port_selection.h"
 #include "consult/session_log.h"
 #include "graph/graph_control.h"
 #include "graph/graph_feed.h"
@@ -38,14 +39,15 @@ AppCore::AppCore(SettingsStore& store, SpeechOut& speech, QObject* parent)
 {
     link_ = std::make_unique<ConsultLink>(
         [this](int port, QString* error) { return catalog_.makeTransport(port, error); });
-    session_ = std::make_unique<ConsultSession>(*link_, *log_, *panels_, *cells_, *voice_);
+    outputs_ = std::make_unique<SessionViews>(*panels_, *cells_, *voice_);
+    session_ = std::make_unique<ConsultSession>(*link_, *log_, *outputs_);
     portSelection_ = std::make_unique<PortSelection>(*session_, store_, catalog_.source());
     displays_ = std::make_unique<SensorDisplays>();
     selection_ = std::make_unique<SensorSelection>(*displays_, *log_, *voice_);
     stream_ = std::make_unique<SensorStream>(*session_, *displays_, *cells_, *selection_);
     views_ = std::make_unique<MonitorViews>(*displays_, *session_);
     options_ = std::make_unique<OptionsMenu>(store_);
-    voiceMonitor_ = std::make_unique<VoiceMonitor>(*session_, *displays_, *options_, store_);
+    voiceMonitor_ = std::make_unique<VoiceMonitor>(*session_, *voice_, *displays_, *options_, store_);
     faultCodes_ = std::make_unique<FaultCodes>(*session_);
     frameSpot_ = std::make_unique<FrameSpot>();
     alerts_[0] = std::make_unique<Alert>(kAlerts[0], FrameSpot::SpeedAlert, *displays_, *voice_, store_, *frameSpot_);

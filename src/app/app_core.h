@@ -13,6 +13,7 @@
 class SettingsStore;
 class SpeechOut;
 class ConsultLink;
+class SessionViews;
 class ConsultSession;
 class PortSelection;
 class SessionLog;
@@ -92,6 +93,7 @@ private:
     std::unique_ptr<StatusPanels> panels_;
     std::unique_ptr<ByteViewerCells> cells_;
     std::unique_ptr<VoiceGate> voice_;
+    std::unique_ptr<SessionViews> outputs_;
     std::unique_ptr<ConsultLink> link_;
     std::unique_ptr<ConsultSession> session_;
     std::unique_ptr<PortSelection> portSelection_;

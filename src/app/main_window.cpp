@@ -14,7 +14,7 @@
 #include "consult/fault_codes.h"
 #include "consult/fault_codes_window.h"
 #include "consult/interface_check_window.h"
-#include "consult/port_selection.h"
+#include "app/port_selection.h"
 #include "consult/session_log.h"
 #include "external/external_sensors.h"
 #include "external/external_sensors_window.h"
@@ -154,7 +154,7 @@ MainWindow::MainWindow(AppCore& core, QWidget* parent)
         panels_[panel - 1]->setText(text);
     });
     connect(&core_.views(), &MonitorViews::viewChanged, this, &MainWindow::refreshViews);
-    core_.stream().setToolShowing(SensorStream::Tool::MapViewer, [] { return MapViewerWindow::anyShowing(); });
+    core_.session().owner().setToolShowing(LinkOwner::Tool::MapViewer, [] { return MapViewerWindow::anyShowing(); });
     connect(&core_, &AppCore::started, this, &MainWindow::applyStartupSettings);
     connect(&core_.splash(), &Splash::showRequested, this, &MainWindow::showSplash);
     connect(&core_.splash(), &Splash::unloadRequested, this, [this] {

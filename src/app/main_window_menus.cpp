@@ -10,7 +10,7 @@
 #include "app/update_check.h"
 #include "consult/consult_session.h"
 #include "consult/fault_codes.h"
-#include "consult/port_selection.h"
+#include "app/port_selection.h"
 #include "external/external_sensors.h"
 #include "graph/graph_feed.h"
 #include "logging/log_capture.h"

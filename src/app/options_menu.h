@@ -3,6 +3,8 @@
 // XP/Windows Vista" (which column of voice indices is in force).
 #pragma once
 
+#include "voice/voice_options.h"
+
 #include <QObject>
 
 class SettingsStore;
@@ -16,15 +18,15 @@ struct WindowGeometry {
     int left = 1140;
 };
 
-class OptionsMenu : public QObject {
+class OptionsMenu : public QObject, public VoiceOptions {
     Q_OBJECT
 public:
     explicit OptionsMenu(SettingsStore& store, QObject* parent = nullptr);
 
-    bool mph() const { return mph_; }
-    bool kph() const { return kph_; }
-    bool windowsSeven() const { return windowsSeven_; }
-    bool windowsXP() const { return windowsXP_; }
+    bool mph() const override { return mph_; }
+    bool kph() const override { return kph_; }
+    bool windowsSeven() const override { return windowsSeven_; }
+    bool windowsXP() const override { return windowsXP_; }
     bool stayOnTop() const { return stayOnTop_; }
 
     void ChooseMph();

@@ -105,11 +105,15 @@ void ConsultLink::setDTREnable(bool on)
         transport_->setDtr(on);
 }
 
-bool ConsultLink::waitForInput(int count, int timeoutMs)
+bool ConsultLink::poll(int count)
 {
-    if (!PortOpen())
-        return false;
-    return transport_->waitForBytes(count, timeoutMs);
+    return PortOpen() && transport_->poll(count);
+}
+
+void ConsultLink::noteTimeout(int count)
+{
+    if (PortOpen())
+        transport_->timedOut(count);
 }
 
 void ConsultLink::onReadyRead()
@@ -121,7 +125,8 @@ void ConsultLink::onReadyRead()
         signalled_ = 0;
     const qint64 fresh = waiting - signalled_;
     signalled_ = waiting;
-    if (rThreshold_ != 1)
+    emit bytesArrived();
+    if (rThreshold_ != 1 || !PortOpen())
         return;
     for (qint64 i = 0; i < fresh; ++i)
         emit OnComm();

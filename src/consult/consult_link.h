@@ -13,9 +13,6 @@
 class ConsultLink : public QObject {
     Q_OBJECT
 public:
-    // How long a reader waits for its bytes before it gives the cycle up.
-    static constexpr int kReplyTimeoutMs = 2000;
-
     using TransportFactory = ::TransportFactory;
 
     explicit ConsultLink(TransportFactory factory, QObject* parent = nullptr);
@@ -47,8 +44,11 @@ public:
     bool DTREnable() const { return dtr_; }
     void setDTREnable(bool on);
 
-    // Blocks until at least `count` bytes wait; false when the time-out ran out first.
-    bool waitForInput(int count, int timeoutMs = kReplyTimeoutMs);
+    // Takes in what the device holds by now, without waiting; true when at
+    // least `count` bytes wait.
+    bool poll(int count);
+    // A reader gave up waiting for `count` bytes (a recording notes it).
+    void noteTimeout(int count);
 
     // The device currently open (null when closed).
     SerialTransport* transport() const { return transport_; }
@@ -56,6 +56,8 @@ public:
 signals:
     // The receive event: raised once for every received byte while RThreshold is 1.
     void OnComm();
+    // Bytes have arrived, whatever RThreshold says.
+    void bytesArrived();
     // The open device went away; the port is closed now. Delivered from the event loop.
     void portLost(const QString& reason);
 

@@ -1,12 +1,11 @@
 #include "consult/consult_session.h"
 
 #include "consult/consult_link.h"
-#include "consult/request_cycle.h"
+#include "consult/link_writes.h"
+#include "consult/read_plans.h"
 #include "consult/session_log.h"
+#include "consult/session_outputs.h"
 #include "consult/wire.h"
-#include "sensors/byte_viewer_cells.h"
-#include "ui/status_panels.h"
-#include "voice/voice_gate.h"
 
 using namespace vexorin::consult;
 
@@ -14,10 +13,11 @@ namespace {
 const QString kConnectFailed = QStringLiteral("Consult interface not connected or port not selected/available.");
 }
 
-ConsultSession::ConsultSession(ConsultLink& link, SessionLog& log, StatusPanels& panels, ByteViewerCells& cells,
-                               VoiceGate& voice, QObject* parent)
-    : QObject(parent), link_(link), log_(log), panels_(panels), cells_(cells), voice_(voice)
+ConsultSession::ConsultSession(ConsultLink& link, SessionLog& log, SessionOutputs& outputs, QObject* parent)
+    : QObject(parent), link_(link), log_(log), outputs_(outputs), owner_(link)
 {
+    owner_.setFlags([this] { return connected_ != QLatin1String("Disconnected"); },
+                    [this] { return monitorOn_ == QLatin1String("ON"); });
     InitializationTimer.setInterval(10);
     GetSerialNumberKValue.setInterval(500);
     GetAllSensorDataTimer.setInterval(100);
@@ -37,7 +37,21 @@ void ConsultSession::setKValueLabel(const QString& t) { kValue_ = t; emit labels
 void ConsultSession::setFaultCodeList(const QString& t) { faultCodes_ = t; emit labelsChanged(); }
 void ConsultSession::setVoiceMonitorChecked(bool on) { voiceMonitorChecked_ = on; emit labelsChanged(); }
 
+bool ConsultSession::refuses(unsigned needs)
+{
+    QString why;
+    if (owner_.mayUse(needs, &why))
+        return false;
+    emit message(why);
+    return true;
+}
+
 void ConsultSession::ConnectDisconnect()
+{
+    owner_.whenFree(this, [this] { connectDisconnectNow(); });
+}
+
+void ConsultSession::connectDisconnectNow()
 {
     if (link_.PortOpen()) {
         disconnectSteps();
@@ -59,6 +73,8 @@ void ConsultSession::ConnectDisconnect()
 
 void ConsultSession::disconnectSteps()
 {
+    // A read still running ends here, as a time-out would end it.
+    owner_.abandon();
     GetAllSensorDataTimer.stop();
     PollingSwitch = QStringLiteral("1");
     VoiceMonitorTimer.stop();
@@ -66,7 +82,7 @@ void ConsultSession::disconnectSteps()
     setVoiceMonitorChecked(false);
     setMonitorSensorsOnLabel(QStringLiteral("OFF"));
 
-    panels_.setText(3, QStringLiteral("Standby"));
+    outputs_.status(3, QStringLiteral("Standby"));
 
     StopData(link_);
 
@@ -87,7 +103,7 @@ void ConsultSession::disconnectSteps()
 
     SensorOffTimer.start();
 
-    voice_.say(QStringLiteral("Consult Port Disconnected."));
+    outputs_.say(QStringLiteral("Consult Port Disconnected."));
 }
 
 void ConsultSession::onPortLost(const QString& reason)
@@ -100,8 +116,8 @@ void ConsultSession::onPortLost(const QString& reason)
 void ConsultSession::UpdateConnectionStatus()
 {
     const bool open = link_.PortOpen();
-    panels_.setText(1, open ? QStringLiteral("Consult Port Connected") : QStringLiteral("Consult Port Disconnected"));
-    panels_.setText(2, QStringLiteral("Consult Port %1").arg(link_.CommPort()));
+    outputs_.status(1, open ? QStringLiteral("Consult Port Connected") : QStringLiteral("Consult Port Disconnected"));
+    outputs_.status(2, QStringLiteral("Consult Port %1").arg(link_.CommPort()));
     connectChecked_ = open;
     emit labelsChanged();
 }
@@ -126,7 +142,7 @@ void ConsultSession::InitializationTimerTick()
         log_.AddLogMessage(QStringLiteral(": Consult Port Connected."));
         setConnectedLabel(QStringLiteral("Connected"));
         GetSerialNumberKValue.start();
-        voice_.say(QStringLiteral("Consult port connected."));
+        outputs_.say(QStringLiteral("Consult port connected."));
     }
     KeepInitializationTimerOffSwitch = QStringLiteral("Off");
     InitializationTimer.stop();
@@ -134,6 +150,8 @@ void ConsultSession::InitializationTimerTick()
 
 void ConsultSession::GetSerialNumberKValueTick()
 {
+    if (owner_.busy())
+        return;
     if (PollingSwitch == QLatin1String("1")) {
         PollingSwitch = QStringLiteral("3");
         ReadECUSerialNumber();
@@ -145,70 +163,74 @@ void ConsultSession::GetSerialNumberKValueTick()
 
 void ConsultSession::ReadECUSerialNumber()
 {
-    const auto reply = runRequestCycle(link_, partNumberRequest(), kPartNumberReplyLength);
-    if (!reply) {
-        log_.AddLogMessage(timeoutMessage());
-        return;
-    }
-    const ReplyBuffer buf(*reply, kPartNumberReplyLength);
-    Hex2Ascii hex2ascii;
-    for (int pos = 1; pos <= 32; ++pos) {
-        const std::string hex = hexText(buf(pos));
-        cells_.setCell(pos, QString::fromStdString(hex));
-        if (pos >= 21 && pos <= 25)
-            hex2ascii(hex);
-    }
-    const std::string suffix = hex2ascii.text();
-    setEcuPartNumberLabel(QString::fromStdString(kPartNumberPrefix) + QStringLiteral(" - ")
-                          + QString::fromLatin1(suffix.data(), qsizetype(suffix.size())));
+    owner_.run(partNumberCycle(), [this](const LinkOwner::Reply& reply) { showIdentity(reply, true); });
 }
 
 void ConsultSession::ReadKValue()
 {
-    const auto reply = runRequestCycle(link_, kValueRequest(), kKValueReplyLength);
-    if (!reply) {
-        log_.AddLogMessage(timeoutMessage());
-    } else {
-        const ReplyBuffer buf(*reply, kKValueReplyLength);
-        for (int pos = 1; pos <= 32; ++pos)
-            cells_.setCell(pos, QString::number(buf(pos)));
-        setKValueLabel(QString::number(kValueFromBytes(buf(9), buf(10))));
-    }
-    GetSerialNumberKValue.stop();
+    owner_.run(kValueCycle(), [this](const LinkOwner::Reply& reply) {
+        showIdentity(reply, false);
+        GetSerialNumberKValue.stop();
+    });
 }
 
+void ConsultSession::showIdentity(const LinkOwner::Reply& reply, bool partNumber)
+{
+    if (!reply) {
+        log_.AddLogMessage(timeoutMessage());
+        return;
+    }
+    const IdentityReply shown = partNumber ? decodePartNumber(*reply) : decodeKValue(*reply);
+    for (int pos = 1; pos <= 32; ++pos)
+        outputs_.cell(pos, QString::fromStdString(shown.cells[std::size_t(pos - 1)]));
+    const QString label = QString::fromLatin1(shown.label.data(), qsizetype(shown.label.size()));
+    if (partNumber)
+        setEcuPartNumberLabel(QString::fromStdString(kPartNumberPrefix) + QStringLiteral(" - ") + label);
+    else
+        setKValueLabel(label);
+}
+
+// The service panel: each button waits for a read in flight to end.
 void ConsultSession::Initialize()
 {
-    sendBytes(link_, CmdInit);
+    owner_.whenFree(this, [this] { sendBytes(link_, CmdInit); });
 }
 
 void ConsultSession::ClearBuffer()
 {
-    link_.setInBufferCount(0);
-    for (int i = 1; i <= 33; ++i)
-        cells_.setCell(i, QString());
+    owner_.whenFree(this, [this] {
+        link_.setInBufferCount(0);
+        for (int i = 1; i <= 33; ++i)
+            outputs_.cell(i, QString());
+    });
 }
 
 void ConsultSession::SensorCommands()
 {
-    Bytes regs = kAllSensorRegisters;
-    regs.pop_back();  // every register but 26
-    sendBytes(link_, registerStreamRequest(regs));
+    owner_.whenFree(this, [this] {
+        Bytes regs = kAllSensorRegisters;
+        regs.pop_back();  // every register but 26
+        sendBytes(link_, registerStreamRequest(regs));
+    });
 }
 
 void ConsultSession::StopDataFlow()
 {
-    if (!link_.PortOpen())
-        link_.setPortOpen(true);
-    link_.Output({CmdStop});
+    owner_.whenFree(this, [this] {
+        if (!link_.PortOpen())
+            link_.setPortOpen(true);
+        link_.Output({CmdStop});
+    });
 }
 
 void ConsultSession::MiscCommand()
 {
-    link_.setPortOpen(!link_.PortOpen());
+    owner_.whenFree(this, [this] { link_.setPortOpen(!link_.PortOpen()); });
 }
 
 void ConsultSession::Command29()
 {
-    sendBytes(link_, {CmdRegisterStream, 0, CmdRegisterStream, 1, CmdRegisterStream, 4, CmdRegisterStream, 5, CmdGo});
+    owner_.whenFree(this, [this] {
+        sendBytes(link_, {CmdRegisterStream, 0, CmdRegisterStream, 1, CmdRegisterStream, 4, CmdRegisterStream, 5, CmdGo});
+    });
 }

@@ -4,21 +4,20 @@
 // of the program compare.
 #pragma once
 
+#include "consult/link_owner.h"
+
 #include <QObject>
 #include <QString>
 #include <QTimer>
 
 class ConsultLink;
 class SessionLog;
-class StatusPanels;
-class ByteViewerCells;
-class VoiceGate;
+class SessionOutputs;
 
 class ConsultSession : public QObject {
     Q_OBJECT
 public:
-    ConsultSession(ConsultLink& link, SessionLog& log, StatusPanels& panels, ByteViewerCells& cells,
-                   VoiceGate& voice, QObject* parent = nullptr);
+    ConsultSession(ConsultLink& link, SessionLog& log, SessionOutputs& outputs, QObject* parent = nullptr);
 
     // Flags, as their texts.
     QString PortAvailableSwitch = QStringLiteral("0");
@@ -73,9 +72,12 @@ public:
     void Command29();
 
     ConsultLink& link() { return link_; }
+    // The runner of every read, and the rule of who may use the link.
+    LinkOwner& owner() { return owner_; }
     SessionLog& log() { return log_; }
-    StatusPanels& panels() { return panels_; }
-    VoiceGate& voice() { return voice_; }
+    SessionOutputs& outputs() { return outputs_; }
+    // The refusal of `needs`, said in a message box; true when refused.
+    bool refuses(unsigned needs);
 
 signals:
     // A message box titled "Vexorin" with one OK button and no icon.
@@ -83,14 +85,15 @@ signals:
     void labelsChanged();
 
 private:
+    void connectDisconnectNow();
     void disconnectSteps();
     void onPortLost(const QString& reason);
+    void showIdentity(const LinkOwner::Reply& reply, bool partNumber);
 
     ConsultLink& link_;
     SessionLog& log_;
-    StatusPanels& panels_;
-    ByteViewerCells& cells_;
-    VoiceGate& voice_;
+    SessionOutputs& outputs_;
+    LinkOwner owner_;
 
     QString connected_ = QStringLiteral("Disconnected");
     QString monitorOn_ = QStringLiteral("OFF");

@@ -81,14 +81,6 @@ void FakeTransport::releaseReplies()
     }
 }
 
-bool FakeTransport::waitForBytes(qint64 count, int)
-{
-    if (input_.size() >= count)
-        return true;
-    ++timeouts_;
-    return false;
-}
-
 void FakeTransport::setDtr(bool on)
 {
     dtr_.append(on);

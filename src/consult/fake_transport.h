@@ -23,8 +23,8 @@ public:
     QByteArray readAll() override;
     void clear() override { input_.clear(); }
     void write(const QByteArray& bytes) override;
-    // Never blocks: no more bytes can come while the caller waits in this thread.
-    bool waitForBytes(qint64 count, int timeoutMs) override;
+    bool poll(qint64 count) override { return input_.size() >= count; }
+    void timedOut(qint64) override { ++timeouts_; }
     void setDtr(bool on) override;
 
     // Test controls.

@@ -2,11 +2,11 @@
 
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
-#include "consult/request_cycle.h"
+#include "consult/link_writes.h"
+#include "consult/read_plans.h"
 #include "consult/session_log.h"
+#include "consult/session_outputs.h"
 #include "consult/wire.h"
-#include "ui/status_panels.h"
-#include "voice/voice_gate.h"
 
 using namespace vexorin::consult;
 
@@ -39,47 +39,46 @@ FaultCodes::FaultCodes(ConsultSession& session, QObject* parent)
 
 bool FaultCodes::refused()
 {
-    if (session_.ConnectedLabel() == QLatin1String("Disconnected")) {
-        emit session_.message(QStringLiteral("Consult port not connected."));
-        return true;
-    }
-    if (session_.MonitorSensorsOnLabel() == QLatin1String("ON")) {
-        emit session_.message(QStringLiteral("Sensor monitoring must be off."));
-        return true;
-    }
-    return false;
+    return session_.refuses(LinkOwner::Connected | LinkOwner::MonitoringOff);
 }
 
 void FaultCodes::GetFaultCodes()
 {
-    if (refused())
-        return;
-    session_.setFaultCodeList(QString());
-    response_.clear();
-    session_.log().AddLogMessage(QStringLiteral(": Requesting fault codes."));
-    session_.panels().setText(3, QStringLiteral("Requesting Fault Codes"));
-    ReadFaultCodes();
+    session_.owner().whenFree(this, [this] {
+        if (refused())
+            return;
+        session_.setFaultCodeList(QString());
+        response_.clear();
+        session_.log().AddLogMessage(QStringLiteral(": Requesting fault codes."));
+        session_.outputs().status(3, QStringLiteral("Requesting Fault Codes"));
+        ReadFaultCodes();
+    });
 }
 
 void FaultCodes::ReadFaultCodes()
 {
-    ConsultLink& link = session_.link();
-    const auto reply = runRequestCycle(link, faultCodesRequest(), kFaultCodesReplyLength);
-    if (!reply) {
-        session_.log().AddLogMessage(timeoutMessage());
-        return;
-    }
-    const FaultScan scan = scanFaultReply(ReplyBuffer(*reply, kFaultCodesReplyLength, 2));
+    session_.owner().run(faultCodesCycle(), [this](const LinkOwner::Reply& reply) {
+        if (!reply) {
+            session_.log().AddLogMessage(timeoutMessage());
+            return;
+        }
+        showFaults(*reply);
+    });
+}
+
+void FaultCodes::showFaults(const Bytes& reply)
+{
+    const FaultScan scan = scanFaultReply(ReplyBuffer(reply, kFaultCodesReplyLength, 2));
     for (int byte : scan.bytes) {
         if (const FaultCode* code = findFaultCode(byte)) {
             session_.setFaultCodeList(session_.FaultCodeList() + QLatin1String(code->list));
             session_.log().AddLogMessage(QLatin1String(code->log));
             response_ += QStringLiteral("\r\n") + QLatin1String(code->spoken) + QStringLiteral("\r\n");
         }
-        session_.voice().say(response_);  // after every position, the sentences so far
+        session_.outputs().say(response_);  // after every position, the sentences so far
     }
     if (scan.endedAtFrameStart)
-        StopData(link);
+        StopData(session_.link());
 }
 
 namespace vexorin::consult {
@@ -110,12 +109,14 @@ const FaultCode* findFaultCode(int byte)
 
 void FaultCodes::ClearFaultCodes()
 {
-    if (refused())
-        return;
-    session_.setFaultCodeList(QString());
-    session_.log().AddLogMessage(QStringLiteral(": Sending request to clear fault codes."));
-    session_.log().AddLogMessage(QStringLiteral(": Fault codes successfully cleared."));
-    session_.voice().say(QStringLiteral("Fault codes successfully cleared."));
-    session_.panels().setText(3, QStringLiteral("Fault Codes Cleared"));
-    sendBytes(session_.link(), {CmdStop, CmdStop, CmdClearFaults, CmdGo});
+    session_.owner().whenFree(this, [this] {
+        if (refused())
+            return;
+        session_.setFaultCodeList(QString());
+        session_.log().AddLogMessage(QStringLiteral(": Sending request to clear fault codes."));
+        session_.log().AddLogMessage(QStringLiteral(": Fault codes successfully cleared."));
+        session_.outputs().say(QStringLiteral("Fault codes successfully cleared."));
+        session_.outputs().status(3, QStringLiteral("Fault Codes Cleared"));
+        sendBytes(session_.link(), {CmdStop, CmdStop, CmdClearFaults, CmdGo});
+    });
 }

@@ -51,6 +51,7 @@ public:
 private:
     // The two refusals both buttons share, with their message.
     bool refused();
+    void showFaults(const std::vector<std::uint8_t>& reply);
 
     ConsultSession& session_;
     QString response_;

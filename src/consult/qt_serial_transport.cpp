@@ -1,7 +1,5 @@
 #include "consult/qt_serial_transport.h"
 
-#include <QDeadlineTimer>
-
 QtSerialTransport::QtSerialTransport(const QString& devicePath, QObject* parent)
     : SerialTransport(parent)
 {
@@ -74,18 +72,9 @@ void QtSerialTransport::write(const QByteArray& bytes)
     port_.waitForBytesWritten(1000);
 }
 
-bool QtSerialTransport::waitForBytes(qint64 count, int timeoutMs)
+bool QtSerialTransport::poll(qint64 count)
 {
-    if (!port_.isOpen())
-        return false;
-    QDeadlineTimer deadline(timeoutMs);
-    while (port_.bytesAvailable() < count) {
-        const qint64 left = deadline.remainingTime();
-        if (left <= 0 || !port_.isOpen())
-            return port_.bytesAvailable() >= count;
-        port_.waitForReadyRead(int(left));
-    }
-    return true;
+    return bytesAvailable() >= count;
 }
 
 void QtSerialTransport::setDtr(bool on)

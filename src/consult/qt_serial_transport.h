@@ -21,7 +21,7 @@ public:
     QByteArray readAll() override;
     void clear() override;
     void write(const QByteArray& bytes) override;
-    bool waitForBytes(qint64 count, int timeoutMs) override;
+    bool poll(qint64 count) override;
     void setDtr(bool on) override;
 
 private:

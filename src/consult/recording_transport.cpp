@@ -27,9 +27,7 @@ RecordingTransport::RecordingTransport(SerialTransport* inner, const QString& lo
 {
     inner_->setParent(this);
     connect(inner_, &SerialTransport::readyRead, this, [this] {
-        // Inside a wait the bytes stay where the wait counts them.
-        if (!waiting_)
-            drain();
+        drain();
         emit readyRead();
     });
     connect(inner_, &SerialTransport::lost, this, [this](const QString& reason) {
@@ -93,8 +91,6 @@ bool RecordingTransport::isOpen() const
 
 qint64 RecordingTransport::bytesAvailable()
 {
-    if (waiting_)
-        return buffer_.size() + inner_->bytesAvailable();
     drain();
     return buffer_.size();
 }
@@ -123,22 +119,21 @@ void RecordingTransport::write(const QByteArray& bytes)
     inner_->write(bytes);
 }
 
-bool RecordingTransport::waitForBytes(qint64 count, int timeoutMs)
+bool RecordingTransport::poll(qint64 count)
 {
-    // The device waits for its own bytes; they are recorded once the wait is over,
-    // so that recording never takes bytes from under a wait that is counting them.
     drain();
     if (buffer_.size() < count) {
-        waiting_ = true;
-        inner_->waitForBytes(count - buffer_.size(), timeoutMs);
-        waiting_ = false;
+        inner_->poll(count - buffer_.size());
         drain();
     }
-    if (buffer_.size() < count) {
-        flushWrites();
-        line(QStringLiteral("# timed out waiting for %1 bytes").arg(count));
-    }
     return buffer_.size() >= count;
+}
+
+void RecordingTransport::timedOut(qint64 count)
+{
+    flushWrites();
+    line(QStringLiteral("# timed out waiting for %1 bytes").arg(count));
+    inner_->timedOut(count);
 }
 
 void RecordingTransport::setDtr(bool on)

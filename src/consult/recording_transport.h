@@ -33,7 +33,8 @@ public:
     QByteArray readAll() override;
     void clear() override;
     void write(const QByteArray& bytes) override;
-    bool waitForBytes(qint64 count, int timeoutMs) override;
+    bool poll(qint64 count) override;
+    void timedOut(qint64 count) override;
     void setDtr(bool on) override;
 
 private:
@@ -45,5 +46,4 @@ private:
     QFile file_;
     QByteArray buffer_;
     QByteArray pendingWrite_;
-    bool waiting_ = false;  // inside waitForBytes: the device keeps its bytes
 };

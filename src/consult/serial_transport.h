@@ -27,8 +27,11 @@ public:
     // Discards everything waiting.
     virtual void clear() = 0;
     virtual void write(const QByteArray& bytes) = 0;
-    // Blocks until at least `count` bytes wait or `timeoutMs` has passed; true when they wait.
-    virtual bool waitForBytes(qint64 count, int timeoutMs) = 0;
+    // Takes in what the device holds by now, without waiting; true when at
+    // least `count` bytes wait.
+    virtual bool poll(qint64 count) = 0;
+    // A reader gave up waiting for `count` bytes.
+    virtual void timedOut(qint64 count) { Q_UNUSED(count); }
     virtual void setDtr(bool on) = 0;
 
 signals:

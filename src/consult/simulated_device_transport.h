@@ -71,8 +71,8 @@ public:
             });
         }
     }
-    // Never blocks: the device answers by now or not at all.
-    bool waitForBytes(qint64 count, int) override
+    // The device answers by now or not at all; a stream is made as it is read.
+    bool poll(qint64 count) override
     {
         if (!open_)
             return false;

@@ -165,10 +165,8 @@ void GraphFeed::showGraphTest()
 
 bool GraphFeed::graphTestRefused()
 {
-    if (session_.MonitorSensorsOnLabel() == QLatin1String("ON")) {
-        emit session_.message(QStringLiteral("Sensor monitoring must be off."));
+    if (session_.refuses(LinkOwner::MonitoringOff))
         return true;
-    }
     if (graphOn_ == QLatin1String("ON")) {
         emit session_.message(QStringLiteral("Graph must be off."));
         return true;

@@ -1,33 +1,29 @@
 // Reading one map from the ECU: the scales first, then the map's bank, eight
-// addresses a request, one request a tick.
+// addresses a request, one request a tick. The walk through the addresses is
+// MapReadWalk; a request is a cycle the link owner runs.
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
-#include "consult/memory_burst.h"
-#include "consult/request_cycle.h"
+#include "consult/link_writes.h"
+#include "consult/read_plans.h"
 #include "consult/session_log.h"
 #include "rom/map_viewer.h"
 
-#include <QThread>
+#include <QTimer>
 
 using namespace vexorin::rom;
 
 namespace {
 const QString kViewingEcu = QStringLiteral("Viewing : ECU Data");
-constexpr int kScaleBank = 251;     // RPM scale and TP scale timing
-constexpr int kFuelTpBank = 250;    // TP scale fuel
 }  // namespace
 
 bool MapViewer::portAndMonitorAllowDownload(bool testMonitor)
 {
-    if (session_.ConnectedLabel() == QLatin1String("Disconnected")) {
-        emit message(QStringLiteral("Consult port not connected."), false);
-        return false;
-    }
-    if (testMonitor && session_.MonitorSensorsOnLabel() == QLatin1String("ON")) {
-        emit message(QStringLiteral("Sensor monitoring must be off."), false);
-        return false;
-    }
-    return true;
+    QString why;
+    const unsigned needs = LinkOwner::Connected | (testMonitor ? LinkOwner::MonitoringOff : 0u);
+    if (session_.owner().mayUse(needs, &why))
+        return true;
+    emit message(why, false);
+    return false;
 }
 
 void MapViewer::stopAllMapTimers()
@@ -38,14 +34,18 @@ void MapViewer::stopAllMapTimers()
 
 void MapViewer::DownloadButton(int t)
 {
-    if (portAndMonitorAllowDownload(true))
-        startDownload(t, true);
+    session_.owner().whenFree(this, [this, t] {
+        if (portAndMonitorAllowDownload(true))
+            startDownload(t, true);
+    });
 }
 
 void MapViewer::DownloadMapData()
 {
-    if (portAndMonitorAllowDownload(false))
-        startDownload(currentTab_, false);
+    session_.owner().whenFree(this, [this] {
+        if (portAndMonitorAllowDownload(false))
+            startDownload(currentTab_, false);
+    });
 }
 
 void MapViewer::startDownload(int t, bool fromButton)
@@ -58,7 +58,8 @@ void MapViewer::startDownload(int t, bool fromButton)
     setCell(t, 0, 0, QString::fromLatin1(MapGrid::kCorner));
     tab.grid.row = 1;
     tab.grid.column = 0;
-    readState_ = {kScaleBank, -1, 1};
+    walk_.restart();
+    loadAllNext_ = kTabs;
     if (fromButton) {
         editModeOff(t);
         tab.grid.enabled = false;
@@ -71,19 +72,28 @@ void MapViewer::startDownload(int t, bool fromButton)
 
 void MapViewer::ActivationByteTest()
 {
-    if (session_.ConnectedLabel() == QLatin1String("Disconnected")) {
-        emit message(QStringLiteral("Consult port not connected."), false);
-        return;
-    }
-    for (std::uint8_t b : vexorin::consult::kActivationByteTest)
-        session_.link().Output({int(b)});
+    session_.owner().whenFree(this, [this] {
+        QString why;
+        if (!session_.owner().mayUse(LinkOwner::Connected, &why)) {
+            emit message(why, false);
+            return;
+        }
+        for (std::uint8_t b : vexorin::consult::kActivationByteTest)
+            session_.link().Output({int(b)});
+    });
 }
 
 void MapViewer::StopDataFlow()
 {
+    session_.owner().whenFree(this, [this] { stopDataFlowNow(); });
+}
+
+void MapViewer::stopDataFlowNow()
+{
     if (!portAndMonitorAllowDownload(true))
         return;
     stopAllMapTimers();
+    loadAllNext_ = kTabs;
     session_.link().Output({vexorin::consult::kCmdStop});
     MapStatusTimer.start();
     setProgress(0);
@@ -98,6 +108,8 @@ void MapViewer::MapStatusTimerTick()
 
 void MapViewer::MapTimerTick(int t)
 {
+    if (session_.owner().busy())
+        return;
     for (int other = 0; other < kTabs; ++other)
         if (other != t)
             mapTimers[std::size_t(other)].stop();
@@ -106,31 +118,23 @@ void MapViewer::MapTimerTick(int t)
 
 void MapViewer::LoadAllECUDataMaps()
 {
-    for (int t = 0; t < kTabs; ++t) {
-        editModeOff(t);
-        setViewing(t, kViewingEcu);
-        rebuildGrid(t, true, 1, 1);
-    }
-    MapStatusTimer.stop();
-    for (int t = 0; t < kTabs; ++t)
-        readStep(t);
+    session_.owner().whenFree(this, [this] {
+        for (int t = 0; t < kTabs; ++t) {
+            editModeOff(t);
+            setViewing(t, kViewingEcu);
+            rebuildGrid(t, true, 1, 1);
+        }
+        MapStatusTimer.stop();
+        loadAllNext_ = 0;
+        continueLoadAll();
+    });
 }
 
-std::optional<std::array<int, 8>> MapViewer::requestEight()
+// One read step for each tab in turn, each after the one before has ended.
+void MapViewer::continueLoadAll()
 {
-    ConsultLink& link = session_.link();
-    const int first = readState_.low + 1;
-    readState_.low += vexorin::consult::kBurstAddresses;
-    vexorin::consult::requestBurst(link, readState_.high, first);
-    const auto reply = vexorin::consult::finishBurst(link, false);
-    if (!reply) {
-        downloadTimedOut();
-        return std::nullopt;
-    }
-    std::array<int, 8> data{};
-    for (int i = 0; i < 8; ++i)
-        data[std::size_t(i)] = (*reply)[std::size_t(vexorin::consult::kBurstFirstData + i)];
-    return data;
+    while (loadAllNext_ < kTabs && !session_.owner().busy())
+        readStep(loadAllNext_++);
 }
 
 void MapViewer::downloadTimedOut()
@@ -145,8 +149,6 @@ void MapViewer::downloadTimedOut()
 void MapViewer::scalesDone(int t)
 {
     setProgress(0);
-    readState_.high = kMaps[std::size_t(t)].bank;
-    readState_.low = -1;
     MapGrid& grid = mutableTab(t).grid;
     grid.row = 1;
     grid.column = 1;
@@ -164,71 +166,75 @@ void MapViewer::scaleByte(int t, bool rpm, int value)
     }
 }
 
-void MapViewer::mapByte(int t, int value)
+void MapViewer::mapByte(int t, int value, int progress)
 {
     const MapSpec& map = kMaps[std::size_t(t)];
     MapGrid& grid = mutableTab(t).grid;
     setCell(t, grid.row, grid.column, QString::fromStdString(formatMapByte(map.fuel, value)));
     setCellColor(t, grid.row, grid.column, mapByteColor(map.fuel, value));
-    setProgress(readState_.low);
+    setProgress(progress);
     if (++grid.column > 16) {
         grid.column = 1;
         ++grid.row;
     }
 }
 
+void MapViewer::mapDone(int t)
+{
+    mapTimers[std::size_t(t)].stop();
+    setStatus(QStringLiteral("Done!"));
+    setProgress(0);
+    MapStatusTimer.start();
+    for (int other = 0; other < kTabs; ++other) {
+        mutableTab(other).clearMatrixEnabled = true;
+        emit tabChanged(other);
+    }
+}
+
 void MapViewer::readStep(int t)
 {
-    if (pauseMs_ > 0)
-        QThread::msleep(pauseMs_);
-    ConsultLink& link = session_.link();
-    link.setInBufferCount(0);
+    if (session_.owner().busy())
+        return;
     const MapSpec& map = kMaps[std::size_t(t)];
-    MapReadState& s = readState_;
-    MapGrid& grid = mutableTab(t).grid;
+    const MapReadStep step = walk_.next(map.fuel, map.bank);
+    switch (step.kind) {
+    case MapReadStep::Kind::ScalesDone:
+        scalesDone(t);
+        return;
+    case MapReadStep::Kind::MapDone:
+        mapDone(t);
+        return;
+    case MapReadStep::Kind::Burst:
+        break;
+    }
+    if (step.cursorToCorner) {
+        MapGrid& grid = mutableTab(t).grid;
+        grid.row = 0;
+        grid.column = 0;
+    }
+    vexorin::consult::Cycle cycle =
+        vexorin::consult::burstCycle(vexorin::consult::burstRequest(step.high, step.firstLow), false);
+    cycle.pauseMs = pauseMs_;
+    session_.owner().run(cycle, [this, t, step](const LinkOwner::Reply& reply) {
+        if (!reply)
+            downloadTimedOut();
+        else
+            burstArrived(t, step, vexorin::consult::burstData(*reply));
+        if (loadAllNext_ < kTabs)
+            QTimer::singleShot(0, this, &MapViewer::continueLoadAll);
+    });
+}
 
-    const bool scaleStage = map.fuel ? (s.high == kScaleBank || s.high == kFuelTpBank) : s.high == kScaleBank;
-    if (scaleStage) {
-        if (s.low == (map.fuel ? 255 : 31)) {
-            scalesDone(t);
-            return;
-        }
-        if (s.low == 15) {
-            if (map.fuel) {
-                s.high = kFuelTpBank;
-                s.low = 239;
-            } else {
-                s.scalePhase = 2;
-            }
-            grid.row = 0;
-            grid.column = 0;
-        }
-        const auto data = requestEight();
-        if (!data)
-            return;
-        const bool rpm = map.fuel ? s.high == kScaleBank : s.scalePhase == 1;
-        for (int value : *data)
-            scaleByte(t, rpm, value);
+void MapViewer::burstArrived(int t, const MapReadStep& step, const std::array<int, 8>& data)
+{
+    if (step.scale) {
+        for (int value : data)
+            scaleByte(t, step.rpm, value);
         setStatus(QStringLiteral("Getting RPM and TP Tables"));
-        setProgress(s.low * 8);
+        setProgress(step.lastLow * 8);
         return;
     }
-
-    if (s.low == 255) {
-        mapTimers[std::size_t(t)].stop();
-        setStatus(QStringLiteral("Done!"));
-        setProgress(0);
-        MapStatusTimer.start();
-        for (int other = 0; other < kTabs; ++other) {
-            mutableTab(other).clearMatrixEnabled = true;
-            emit tabChanged(other);
-        }
-        return;
-    }
-    const auto data = requestEight();
-    if (!data)
-        return;
-    setStatus(QString::fromLatin1(map.gettingText));
-    for (int value : *data)
-        mapByte(t, value);
+    setStatus(QString::fromLatin1(kMaps[std::size_t(t)].gettingText));
+    for (int value : data)
+        mapByte(t, value, step.lastLow);
 }

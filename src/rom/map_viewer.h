@@ -5,6 +5,7 @@
 
 #include "rom/map_decoding.h"
 #include "rom/map_grid.h"
+#include "rom/map_read_walk.h"
 
 #include <QObject>
 #include <QString>
@@ -48,11 +49,7 @@ public:
         QString byteValueWhenChanged;
     };
 
-    struct MapReadState {
-        int high = 0;
-        int low = -1;
-        int scalePhase = 1;
-    };
+    using MapReadState = vexorin::rom::MapReadState;
 
     explicit MapViewer(ConsultSession& session, int formCount = 0, QObject* parent = nullptr);
 
@@ -63,7 +60,7 @@ public:
     QString status() const { return status_; }
     int progress() const { return progress_; }
     int currentTab() const { return currentTab_; }
-    const MapReadState& readState() const { return readState_; }
+    const MapReadState& readState() const { return walk_.state(); }
     int TxtFormCount() const { return formCount_; }
     QString caption() const { return caption_; }
     // The text shown for a byte at its one-based position at the last file load.
@@ -92,7 +89,7 @@ public:
     void MapTimerTick(int tab);
     void MapStatusTimerTick();
     void LoadAllECUDataMaps();
-    // A read step of one map, as a tick runs it.
+    // A read step of one map, as a tick runs it: nothing while a read is in flight.
     void readStep(int tab);
 
     void ClearMatrix(int tab);
@@ -144,12 +141,14 @@ private:
     bool cellDone();
     void cache(int position, const QString& text);
 
-    // One request of eight addresses; the eight data bytes, or nothing after a time-out.
-    std::optional<std::array<int, 8>> requestEight();
+    void stopDataFlowNow();
+    void continueLoadAll();
+    void burstArrived(int tab, const vexorin::rom::MapReadStep& step, const std::array<int, 8>& data);
+    void mapDone(int tab);
     void scalesDone(int tab);
     void downloadTimedOut();
     void scaleByte(int tab, bool rpm, int value);
-    void mapByte(int tab, int value);
+    void mapByte(int tab, int value, int progress);
 
     void placeOverlay(int tab, int row, int column);
     void step(int tab, bool up);
@@ -164,7 +163,8 @@ private:
     QString caption_;
     int progress_ = 0;
     int currentTab_ = 0;
-    MapReadState readState_;
+    vexorin::rom::MapReadWalk walk_;
+    int loadAllNext_ = kTabs;  // the next tab of "Load All ECU Data Maps"
     std::vector<QString> displayCache_;
     int formCount_ = 0;
     int viewerCounter_ = 0;

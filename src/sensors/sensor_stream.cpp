@@ -2,15 +2,15 @@
 
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
-#include "consult/request_cycle.h"
+#include "consult/link_writes.h"
+#include "consult/read_plans.h"
 #include "consult/session_log.h"
+#include "consult/session_outputs.h"
 #include "consult/wire.h"
 #include "sensors/byte_viewer_cells.h"
 #include "sensors/sensor_displays.h"
 #include "sensors/sensor_log_sink.h"
 #include "sensors/sensor_selection.h"
-#include "ui/status_panels.h"
-#include "voice/voice_gate.h"
 
 using namespace vexorin::sensors;
 using namespace vexorin::consult;
@@ -23,13 +23,6 @@ constexpr const char* kStreamWords[kSensorCount] = {
     "Speed", "RPM", "TPS", "MAF", "L (O2)", "R (O2)", "INJ", "Timing", "IACV", "Water", "Fuel", "Battery", "A/F"};
 
 constexpr int kFrameStartPosition = 33;
-
-const char* const kRefusals[] = {
-    "Please close the Map Viewer first.",
-    "Please close the Bin File Downloader first.",
-    "Please close the E.C.U. Register Viewer first.",
-    "Please close the Active Test first.",
-};
 }  // namespace
 
 SensorStream::SensorStream(ConsultSession& session, SensorDisplays& displays, ByteViewerCells& cells,
@@ -39,40 +32,27 @@ SensorStream::SensorStream(ConsultSession& session, SensorDisplays& displays, By
     connect(&session_.GetAllSensorDataTimer, &QTimer::timeout, this, &SensorStream::GetAllSensorDataTimerTick);
 }
 
-void SensorStream::setToolShowing(Tool tool, std::function<bool()> showing)
-{
-    toolShowing_[std::size_t(tool)] = std::move(showing);
-}
-
-QString SensorStream::refusalOf(Tool tool)
-{
-    return QString::fromLatin1(kRefusals[int(tool)]);
-}
-
 void SensorStream::MonitorOnOff()
 {
-    if (session_.ConnectedLabel() == QLatin1String("Disconnected")) {
-        emit session_.message(QStringLiteral("Consult port not connected."));
+    session_.owner().whenFree(this, [this] { monitorOnOffNow(); });
+}
+
+void SensorStream::monitorOnOffNow()
+{
+    if (session_.refuses(LinkOwner::Connected | LinkOwner::ToolsClosed))
         return;
-    }
-    for (int t = 0; t < int(toolShowing_.size()); ++t) {
-        if (toolShowing_[std::size_t(t)] && toolShowing_[std::size_t(t)]()) {
-            emit session_.message(refusalOf(Tool(t)));
-            return;
-        }
-    }
     if (graphTestStop_)
         graphTestStop_();
 
     SessionLog& log = session_.log();
-    VoiceGate& voice = session_.voice();
+    SessionOutputs& out = session_.outputs();
     if (session_.MonitorSensorsOnLabel() == QLatin1String("OFF")) {
         selection_.DisplaySensorValues.start();
         session_.PollingSwitch = QStringLiteral("2");
         session_.GetAllSensorDataTimer.start();
         session_.setMonitorSensorsOnLabel(QStringLiteral("ON"));
-        session_.panels().setText(3, QStringLiteral("Monitoring Sensors"));
-        voice.say(QStringLiteral("Sensor Monitor on."));
+        out.status(3, QStringLiteral("Monitoring Sensors"));
+        out.say(QStringLiteral("Sensor Monitor on."));
         log.AddLogMessage(QStringLiteral(": Sensor Monitor on."));
         lastCycleTimedOut_ = false;
         return;
@@ -85,8 +65,8 @@ void SensorStream::MonitorOnOff()
     session_.setVoiceMonitorOnLabel(QStringLiteral("OFF"));
     session_.setVoiceMonitorChecked(false);
     session_.setMonitorSensorsOnLabel(QStringLiteral("OFF"));
-    session_.panels().setText(3, QStringLiteral("Standby"));
-    voice.say(QStringLiteral(": Sensor and voice Monitor off."));
+    out.status(3, QStringLiteral("Standby"));
+    out.say(QStringLiteral(": Sensor and voice Monitor off."));
     log.AddLogMessage(QStringLiteral("Sensor and voice Monitor off."));
     ConsultLink& link = session_.link();
     if (!link.PortOpen())
@@ -99,31 +79,37 @@ void SensorStream::MonitorOnOff()
 
 void SensorStream::GetAllSensorDataTimerTick()
 {
-    GetAllSensorData();
-    session_.link().setInBufferCount(0);
+    if (!session_.owner().busy())
+        GetAllSensorData();
 }
 
 void SensorStream::GetAllSensorData()
 {
-    if (session_.PollingSwitch.toInt() != 2)
+    if (session_.PollingSwitch.toInt() != 2) {
+        session_.link().setInBufferCount(0);
         return;
+    }
     ReadAllSensors();
-    session_.link().setInBufferCount(0);
 }
 
 void SensorStream::ReadAllSensors()
 {
-    const auto reply = runRequestCycle(session_.link(), registerStreamRequest(kAllSensorRegisters),
-                                       kAllSensorsReplyLength);
+    const int timeoutMs = lastCycleTimedOut_ ? kProbeTimeoutMs : kReplyTimeoutMs;
+    session_.owner().run(allSensorsCycle(timeoutMs), [this](const LinkOwner::Reply& reply) { showReply(reply); });
+}
+
+void SensorStream::showReply(const LinkOwner::Reply& reply)
+{
     if (!reply) {
-        // One line per outage, not one per tick.
+        // One line per outage, not one per probe.
         if (!lastCycleTimedOut_)
             session_.log().AddLogMessage(timeoutMessage());
         lastCycleTimedOut_ = true;
-        return;
+    } else {
+        lastCycleTimedOut_ = false;
+        decodeFrame(*reply);
     }
-    lastCycleTimedOut_ = false;
-    decodeFrame(*reply);
+    session_.link().setInBufferCount(0);
 }
 
 bool SensorStream::decodeFrame(const std::vector<std::uint8_t>& reply)

@@ -11,6 +11,7 @@
 #include <QString>
 #include <array>
 #include <functional>
+#include <optional>
 
 class ByteViewerCells;
 class ConsultSession;
@@ -21,8 +22,9 @@ class SensorSelection;
 class SensorStream : public QObject {
     Q_OBJECT
 public:
-    // The windows that take the Consult link for themselves, in the order "Monitor On/Off" asks about them.
-    enum class Tool { MapViewer, BinFileDownloader, RegisterViewer, ActiveTest };
+    // While the ECU stays silent, a probe waits this long for its frame, so
+    // that the stream sees the ECU again soon after it answers.
+    static constexpr int kProbeTimeoutMs = 300;
 
     SensorStream(ConsultSession& session, SensorDisplays& displays, ByteViewerCells& cells,
                  SensorSelection& selection, QObject* parent = nullptr);
@@ -32,9 +34,6 @@ public:
     void GetAllSensorData();
     void ReadAllSensors();
 
-    // A tool window says whether it is showing.
-    void setToolShowing(Tool tool, std::function<bool()> showing);
-    static QString refusalOf(Tool tool);
     // The log writer; null while there is none.
     void setLogSink(SensorLogSink* sink) { logSink_ = sink; }
     // The Active Test window's RPMLabel.
@@ -56,6 +55,8 @@ public:
     const vexorin::rom::VqTable& vqTable() const { return vq_; }
 
 private:
+    void monitorOnOffNow();
+    void showReply(const std::optional<std::vector<std::uint8_t>>& reply);
     bool decode(const std::vector<std::uint8_t>& reply, int highByteDistance, bool log);
     void showSensor(vexorin::sensors::SensorId id, int hi, int lo, bool capturing);
 
@@ -64,7 +65,6 @@ private:
     ByteViewerCells& cells_;
     SensorSelection& selection_;
     SensorLogSink* logSink_ = nullptr;
-    std::array<std::function<bool()>, 4> toolShowing_;
     std::function<void(const QString&)> activeTestRpm_;
     std::function<void()> graphTestStop_;
     vexorin::sensors::NumberSymbols symbols_;

@@ -2,7 +2,8 @@
 
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
-#include "consult/request_cycle.h"
+#include "consult/link_writes.h"
+#include "consult/read_plans.h"
 #include "consult/session_log.h"
 #include "consult/wire.h"
 #include "sensors/sensor_catalog.h"
@@ -30,9 +31,11 @@ ActiveTest::ActiveTest(ConsultSession& session, SensorStream* stream, QObject* p
 
 void ActiveTest::send(int code, int value)
 {
-    // The three bytes go out in one write, with no CmdGo after them.
-    const char request[3] = {char(CmdActiveTest), char(code), char(value)};
-    session_.link().Output(QByteArray(request, 3));
+    // The three bytes go out in one write, with no CmdGo after them; a
+    // Check Actual on the line goes first.
+    const char bytes[3] = {char(CmdActiveTest), char(code), char(value)};
+    const QByteArray request(bytes, 3);
+    session_.owner().whenFree(this, [this, request] { session_.link().Output(request); });
 }
 
 void ActiveTest::setWaterTempPosition(int degreesF)
@@ -60,22 +63,22 @@ void ActiveTest::CheckActual()
 {
     waterTempEnabled_ = true;
     emit changed();
-    GetSensorInfo();
+    session_.owner().whenFree(this, [this] { GetSensorInfo(); });
 }
 
 void ActiveTest::GetSensorInfo()
 {
-    ConsultLink& link = session_.link();
-    link.setInBufferCount(0);
-    sendBytes(link, registerStreamRequest(kAllSensorRegisters));
-    const bool answered = link.waitForInput(kAllSensorsReplyLength);
-    StopData(link);
-    if (!answered) {
-        session_.log().AddLogMessage(timeoutMessage());
-        return;
-    }
-    const QByteArray in = link.Input();
-    const Bytes bytes(in.begin(), in.end());
+    session_.owner().run(allSensorsCycle(), [this](const LinkOwner::Reply& reply) {
+        if (!reply) {
+            session_.log().AddLogMessage(timeoutMessage());
+            return;
+        }
+        showActual(*reply);
+    });
+}
+
+void ActiveTest::showActual(const Bytes& bytes)
+{
     const ReplyBuffer reply(bytes, kAllSensorsReplyLength);
     if (reply(33) != FrameStart)
         return;
@@ -181,14 +184,16 @@ void ActiveTest::chooseTestOption(int index)
 {
     if (index < 0 || index >= int(kTestOptions.size()))
         return;
-    session_.link().Output({CmdGo});
+    session_.owner().whenFree(this, [this] { session_.link().Output({CmdGo}); });
 }
 
 void ActiveTest::closing()
 {
     SparkTimer.stop();
     SelfLearnTimer.stop();
-    session_.link().Output({CmdGo});
+    // The window may be gone by the time a read in flight has ended.
+    ConsultLink& link = session_.link();
+    session_.owner().whenFree(&session_, [&link] { link.Output({CmdGo}); });
 }
 
 void ActiveTest::setRpmText(const QString& text)

@@ -76,6 +76,7 @@ signals:
     void changed();
 
 private:
+    void showActual(const std::vector<std::uint8_t>& reply);
     void send(int code, int value);
 
     ConsultSession& session_;

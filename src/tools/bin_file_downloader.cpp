@@ -3,14 +3,16 @@
 #include "app/settings/settings_access.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
-#include "consult/memory_burst.h"
-#include "consult/request_cycle.h"
+#include "consult/link_owner.h"
+#include "consult/read_plans.h"
+#include "consult/link_writes.h"
 #include "consult/session_log.h"
 #include "rom/rom_image.h"
 #include "ui/regular_file.h"
-#include "voice/voice_gate.h"
+#include "consult/session_outputs.h"
 
 #include <QTime>
+#include <QTimer>
 
 using namespace vexorin::tools;
 using namespace vexorin::consult;
@@ -90,18 +92,19 @@ bool BinFileDownloader::verifyEnabled() const
 
 bool BinFileDownloader::refused()
 {
-    if (session_.ConnectedLabel() == QLatin1String("Disconnected")) {
-        emit message(QStringLiteral("Consult port not connected."));
-        return true;
-    }
-    if (session_.MonitorSensorsOnLabel() == QLatin1String("ON")) {
-        emit message(QStringLiteral("Sensor monitoring must be off."));
-        return true;
-    }
-    return false;
+    QString why;
+    if (session_.owner().mayUse(LinkOwner::Connected | LinkOwner::MonitoringOff, &why))
+        return false;
+    emit message(why);
+    return true;
 }
 
 void BinFileDownloader::DownloadBinFile()
+{
+    session_.owner().whenFree(this, [this] { startDownload(); });
+}
+
+void BinFileDownloader::startDownload()
 {
     if (refused())
         return;
@@ -134,8 +137,7 @@ void BinFileDownloader::DownloadBinFile()
 
     progress_ = 0;
     labels_.DataReceivedStatus = QStringLiteral("Data Received Status : Good");
-    DownloadRegister = 128;
-    DownloadByte = -1;
+    walk_.restart();
     DownLoadBinFileTimer.start();
     // Only the first six items give an estimate, and only the 250 ms item sets SwitchLabel.
     if (const char* estimate = kDelayItems[std::size_t(checkedDelay_)].estimate)
@@ -160,65 +162,96 @@ void BinFileDownloader::DownloadBinFile()
 
 void BinFileDownloader::DownLoadBinFileTimerTick()
 {
+    if (session_.owner().busy())
+        return;
     labels_.CurrentTimeLabel = QStringLiteral("Current Time: ") + timeOfDay();
     ReadNextBurst();
 }
 
 void BinFileDownloader::ReadNextBurst()
 {
-    for (int i = 0; i < kBurstsPerTick && burst(); ++i) {
+    chainLeft_ = kBurstsPerTick;
+    continueBursts();
+}
+
+// Bursts follow each other at once while a Retry or a bare request asks for
+// it, up to kBurstsPerTick a tick; a burst whose reply is still on the line
+// picks the chain up when it ends.
+void BinFileDownloader::continueBursts()
+{
+    inChain_ = true;
+    while (chainLeft_ > 0 && !session_.owner().busy()) {
+        --chainLeft_;
+        nextAtOnce_ = false;
+        burst();
+        if (!nextAtOnce_)
+            break;
     }
+    inChain_ = false;
     if (binFile_)
         binFile_->flush();
     emit progressChanged(progress_);
     emit labelsChanged();
 }
 
-bool BinFileDownloader::burst()
+void BinFileDownloader::burst()
 {
-    if (DownloadByte == 255) {
-        DownloadRegister = addInt16(DownloadRegister, 1);
-        DownloadByte = -1;
-    }
-    if (DownloadRegister == 256) {
+    const RomStep step = walk_.next();
+    if (step.kind == RomStep::Kind::Complete) {
         completion();
-        return false;
+        return;
     }
-    ConsultLink& link = session_.link();
-    link.setInBufferCount(0);
-    std::vector<int> request;
-    for (int i = 0; i < kBurstAddresses; ++i) {
-        DownloadByte = addInt16(DownloadByte, 1);
-        if (DownloadByte == 256)
-            break;
-        labels_.CurrentDataByte = QStringLiteral("Current Data Byte : ") + QString::number(DownloadByte);
-        labels_.CurrentDataRegister = QStringLiteral("Current Data Register : ") + QString::number(DownloadRegister);
-        request.insert(request.end(), {kCmdReadMemory, DownloadRegister, DownloadByte});
+    if (step.shownByte >= 0) {
+        labels_.CurrentDataByte = QStringLiteral("Current Data Byte : ") + QString::number(step.shownByte);
+        labels_.CurrentDataRegister = QStringLiteral("Current Data Register : ") + QString::number(step.shownRegister);
     }
-    // A byte above 255 cannot be sent: its write fails and the request goes out without it.
-    sendEachByte(link, request);
-    if (DownloadByte == 256)
-        return true;
+    if (step.kind == RomStep::Kind::SendOnly) {
+        // A byte above 255 cannot be sent: its write fails and the request goes out without it.
+        ConsultLink& link = session_.link();
+        link.setInBufferCount(0);
+        sendBytes(link, sendable(step.request));
+        nextAtOnce_ = true;
+        return;
+    }
+    session_.owner().run(burstCycle(step.request, true), [this](const LinkOwner::Reply& reply) {
+        if (!reply) {
+            stall();
+            return;
+        }
+        if (!burstArrived(*reply)) {
+            nextAtOnce_ = true;
+            if (!inChain_) {
+                // Unless Cancel or Exit, waiting for this burst, stop the download first.
+                QTimer::singleShot(0, this, [this] {
+                    chainLeft_ = kBurstsPerTick;
+                    if (DownLoadBinFileTimer.isActive())
+                        continueBursts();
+                });
+            }
+        }
+        if (!inChain_) {
+            if (binFile_)
+                binFile_->flush();
+            emit progressChanged(progress_);
+            emit labelsChanged();
+        }
+    });
+}
 
-    const auto reply = finishBurst(link, true);
-    if (!reply) {
-        stall();
-        return false;
-    }
+bool BinFileDownloader::burstArrived(const std::vector<std::uint8_t>& reply)
+{
     for (int index = 0; index < kBurstReplyLength; ++index) {
-        const int b = (*reply)[std::size_t(index)];
+        const int b = reply[std::size_t(index)];
         labels_.DataByte = QStringLiteral("Data Byte (hex) : ") + QString::number(b, 16).toUpper();
         labels_.DataReceivedStatus = QStringLiteral("Data Received Status : Good");
         if (index == 0) {
-            if (b != kFirstEchoByte) {
-                // One address back, not eight: the seven before it are never asked for again.
+            if (!walk_.accept(reply)) {
                 labels_.DataReceivedStatus = QStringLiteral("Data Received Status : Retry");
-                DownloadByte = addInt16(DownloadByte, -1);
                 ++retries_;
                 labels_.Retries = QStringLiteral("Retries : %1").arg(retries_);
                 // From here on the download cannot finish by itself: say so now.
                 labels_.RetryWarning = QString::fromLatin1(kRetryRunningWarning);
-                return true;
+                return false;
             }
             labels_.Checksum = QStringLiteral("Checksum : ") + QString::number(b, 16).toUpper();
             labels_.ByteList = QString::number(b);
@@ -229,7 +262,7 @@ bool BinFileDownloader::burst()
             writeDataByte(b);
         labels_.BinaryBox = QString::fromStdString(DecimalToBinary(b));
     }
-    return false;
+    return true;
 }
 
 void BinFileDownloader::writeDataByte(int value)
@@ -262,7 +295,7 @@ void BinFileDownloader::completion()
                 .arg(7L * retries_);
     }
     if (announce_ == Announce::Voice)
-        session_.voice().say(QStringLiteral("Bin file download complete."));
+        session_.outputs().say(QStringLiteral("Bin file download complete."));
     else if (announce_ == Announce::Beep)
         emit beep();
     if (binFile_) {
@@ -283,7 +316,7 @@ void BinFileDownloader::stall()
         binFile_->flush();
     labels_.Notice = QStringLiteral("No reply from the ECU within %1 seconds: the download has stopped after %2 bytes. "
                                     "Cancel deletes the partial file; Exit keeps it.")
-                         .arg(ConsultLink::kReplyTimeoutMs / 1000)
+                         .arg(kReplyTimeoutMs / 1000)
                          .arg(progress_);
     session_.log().AddLogMessage(vexorin::consult::timeoutMessage());
     emit labelsChanged();
@@ -291,6 +324,11 @@ void BinFileDownloader::stall()
 }
 
 void BinFileDownloader::CancelDownload()
+{
+    session_.owner().whenFree(this, [this] { cancelNow(); });
+}
+
+void BinFileDownloader::cancelNow()
 {
     if (!DownLoadBinFileTimer.isActive() && !stalled_)
         return;
@@ -314,6 +352,11 @@ void BinFileDownloader::CancelDownload()
 }
 
 void BinFileDownloader::Exit()
+{
+    session_.owner().whenFree(this, [this] { exitNow(); });
+}
+
+void BinFileDownloader::exitNow()
 {
     DownLoadBinFileTimer.stop();
     VerifyTimer.stop();
@@ -386,6 +429,11 @@ void BinFileDownloader::stepImage(bool up)
 
 void BinFileDownloader::Verify()
 {
+    session_.owner().whenFree(this, [this] { startVerify(); });
+}
+
+void BinFileDownloader::startVerify()
+{
     if (refused())
         return;
     if (!verifyEnabled())
@@ -408,23 +456,27 @@ void BinFileDownloader::Verify()
 
 void BinFileDownloader::VerifyTimerTick()
 {
+    if (session_.owner().busy())
+        return;
     if (verifyOffset_ >= kProgressMaximum) {
         finishVerify(verifyReport());
         return;
     }
-    ConsultLink& link = session_.link();
-    link.setInBufferCount(0);
     const int address = vexorin::rom::ecuAddressOfFileOffset(verifyOffset_);
-    requestBurst(link, address >> 8, address & 0xFF);
-    const auto reply = finishBurst(link, true);
+    const Cycle cycle = burstCycle(burstRequest(address >> 8, address & 0xFF), true);
+    session_.owner().run(cycle, [this](const LinkOwner::Reply& reply) { verifyBurst(reply); });
+}
+
+void BinFileDownloader::verifyBurst(const std::optional<std::vector<std::uint8_t>>& reply)
+{
     if (!reply) {
         session_.log().AddLogMessage(vexorin::consult::timeoutMessage());
         finishVerify(QStringLiteral("Verify stopped at %1: no reply from the ECU within %2 seconds.")
                          .arg(ecuAddressText(verifyOffset_))
-                         .arg(ConsultLink::kReplyTimeoutMs / 1000));
+                         .arg(kReplyTimeoutMs / 1000));
         return;
     }
-    if ((*reply)[0] != kFirstEchoByte) {
+    if (!echoOk((*reply)[0])) {
         // The same eight addresses are read again at the next tick.
         if (++verifyFailures_ >= kVerifyTries)
             finishVerify(QStringLiteral("Verify stopped at %1: the ECU's replies kept arriving damaged.")
@@ -432,9 +484,10 @@ void BinFileDownloader::VerifyTimerTick()
         return;
     }
     verifyFailures_ = 0;
+    const auto data = burstData(*reply);
     for (int i = 0; i < kBurstAddresses; ++i) {
         const int offset = verifyOffset_ + i;
-        const int fromEcu = (*reply)[std::size_t(kBurstFirstData + i)];
+        const int fromEcu = data[std::size_t(i)];
         const bool inFile = offset < int(verifyImage_.size());
         if (inFile && verifyImage_[std::size_t(offset)] == fromEcu)
             continue;

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "tools/ecu_tool_tables.h"
+#include "tools/rom_walk.h"
 
 #include <QFile>
 #include <QObject>
@@ -68,8 +69,6 @@ public:
     QTimer VerifyTimer;
 
     // State of the download.
-    int DownloadRegister = 128;
-    int DownloadByte = -1;
     int DataBytesCount = 0;
     QString BinFilePath;
     QString SwitchLabel = QStringLiteral("0");
@@ -77,6 +76,8 @@ public:
     int ImageIndex = 1;
 
     const Labels& labels() const { return labels_; }
+    // Where the download stands in the ROM.
+    const vexorin::tools::RomWalk& walk() const { return walk_; }
     int progress() const { return progress_; }
     int retries() const { return retries_; }
     bool stalled() const { return stalled_; }
@@ -128,8 +129,16 @@ signals:
 private:
     // The link down or the monitor running: said, and true.
     bool refused();
-    // One burst; true when a Retry wants the next one at once.
-    bool burst();
+    void startDownload();
+    void cancelNow();
+    void exitNow();
+    void startVerify();
+    void continueBursts();
+    // One step of the walk: a burst, a bare request or the completion.
+    void burst();
+    // A burst's reply; false for a Retry.
+    bool burstArrived(const std::vector<std::uint8_t>& reply);
+    void verifyBurst(const std::optional<std::vector<std::uint8_t>>& reply);
     void completion();
     void stall();
     void resetTexts();
@@ -152,6 +161,10 @@ private:
     bool matrixTheme_ = true;
     std::array<quint32, 4> barColors_;
     std::function<QString()> chooser_;
+    vexorin::tools::RomWalk walk_;
+    int chainLeft_ = 0;       // bursts the running tick may still chain
+    bool inChain_ = false;
+    bool nextAtOnce_ = false; // a Retry or a bare request wants the next burst now
     std::unique_ptr<QFile> binFile_;
     // Files of earlier Starts: kept open, as they were left.
     std::vector<std::unique_ptr<QFile>> keptFiles_;

@@ -4,7 +4,7 @@
 // the Register Viewer's named regions. No Qt, so it is unit-tested alone.
 #pragma once
 
-#include "consult/memory_burst.h"
+#include "consult/read_plans.h"
 #include "rom/region_views.h"
 
 #include <array>

@@ -27,10 +27,10 @@ EcuToolWindows::EcuToolWindows(AppCore& core, QMenu* toolsMenu, QWidget* mainWin
     }
 
     SensorStream& stream = core_.stream();
-    stream.setToolShowing(SensorStream::Tool::BinFileDownloader, [this] { return downloader_ && downloader_->isVisible(); });
-    stream.setToolShowing(SensorStream::Tool::RegisterViewer,
+    core_.session().owner().setToolShowing(LinkOwner::Tool::BinFileDownloader, [this] { return downloader_ && downloader_->isVisible(); });
+    core_.session().owner().setToolShowing(LinkOwner::Tool::RegisterViewer,
                           [this] { return registerViewer_ && registerViewer_->isVisible(); });
-    stream.setToolShowing(SensorStream::Tool::ActiveTest, [this] { return activeTest_ && activeTest_->isVisible(); });
+    core_.session().owner().setToolShowing(LinkOwner::Tool::ActiveTest, [this] { return activeTest_ && activeTest_->isVisible(); });
     stream.setActiveTestRpmHook([this](const QString& text) {
         if (activeTest_)
             activeTest_->test().setRpmText(text);
@@ -40,9 +40,9 @@ EcuToolWindows::EcuToolWindows(AppCore& core, QMenu* toolsMenu, QWidget* mainWin
 EcuToolWindows::~EcuToolWindows()
 {
     SensorStream& stream = core_.stream();
-    stream.setToolShowing(SensorStream::Tool::BinFileDownloader, {});
-    stream.setToolShowing(SensorStream::Tool::RegisterViewer, {});
-    stream.setToolShowing(SensorStream::Tool::ActiveTest, {});
+    core_.session().owner().setToolShowing(LinkOwner::Tool::BinFileDownloader, {});
+    core_.session().owner().setToolShowing(LinkOwner::Tool::RegisterViewer, {});
+    core_.session().owner().setToolShowing(LinkOwner::Tool::ActiveTest, {});
     stream.setActiveTestRpmHook({});
 }
 
@@ -63,13 +63,8 @@ ActiveTestWindow* EcuToolWindows::activeTest() const
 
 bool EcuToolWindows::refused()
 {
-    const ConsultSession& s = core_.session();
     QString why;
-    if (s.ConnectedLabel() == QLatin1String("Disconnected"))
-        why = QStringLiteral("Consult port not connected.");
-    else if (s.MonitorSensorsOnLabel() == QLatin1String("ON"))
-        why = QStringLiteral("Sensor monitoring must be off.");
-    if (why.isEmpty())
+    if (core_.session().owner().mayUse(LinkOwner::Connected | LinkOwner::MonitoringOff, &why))
         return false;
     MessageBoxes::information(mainWindow_, why);
     return true;

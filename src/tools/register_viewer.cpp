@@ -2,12 +2,12 @@
 
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
-#include "consult/request_cycle.h"
+#include "consult/link_writes.h"
 #include "consult/session_log.h"
 #include "rom/register_regions.h"
 #include "rom/rom_image.h"
 #include "tools/ecu_tool_tables.h"
-#include "consult/memory_burst.h"
+#include "consult/read_plans.h"
 
 using namespace vexorin::rom;
 using namespace vexorin::tools;
@@ -39,9 +39,10 @@ QStringList RegisterViewer::regionList() const
 
 bool RegisterViewer::linkDown()
 {
-    if (session_.ConnectedLabel() != QLatin1String("Disconnected"))
+    QString why;
+    if (session_.owner().mayUse(LinkOwner::Connected, &why))
         return false;
-    emit message(QStringLiteral("Consult port not connected."));
+    emit message(why);
     return true;
 }
 
@@ -56,8 +57,10 @@ void RegisterViewer::selectBank(int bank)
 
 void RegisterViewer::DownloadRegisterBank()
 {
-    if (!linkDown())
-        startDownload();
+    session_.owner().whenFree(this, [this] {
+        if (!linkDown())
+            startDownload();
+    });
 }
 
 void RegisterViewer::startDownload()
@@ -112,26 +115,29 @@ void RegisterViewer::FindRegisterHexTimerTick()
         emit stateChanged();
         return;
     }
-    ConsultLink& link = session_.link();
-    link.setInBufferCount(0);
+    if (session_.owner().busy())
+        return;
     std::vector<int> request;
     do {
         ++CurrentByte;
         request.insert(request.end(), {kCmdReadMemory, CurrentBank, CurrentByte});
     } while (CurrentByte % kBurstAddresses != kBurstAddresses - 1 && CurrentByte < 255);
-    sendEachByte(link, request);
-    const auto reply = finishBurst(link, false);
+    session_.owner().run(burstCycle(request, false), [this](const LinkOwner::Reply& reply) { showBurst(reply); });
+}
+
+void RegisterViewer::showBurst(const std::optional<std::vector<std::uint8_t>>& reply)
+{
     if (!reply) {
         FindRegisterHexTimer.stop();
         notice_ = QStringLiteral("No reply from the ECU within %1 seconds: the read has stopped.")
-                      .arg(ConsultLink::kReplyTimeoutMs / 1000);
+                      .arg(kReplyTimeoutMs / 1000);
         session_.log().AddLogMessage(vexorin::consult::timeoutMessage());
         emit stateChanged();
         return;
     }
     // The echoes, frame start and length are not looked at.
-    for (int index = kBurstFirstData; index < kBurstReplyLength; ++index) {
-        matrix_.setText(cursorRow_, cursorColumn_, hex2((*reply)[std::size_t(index)]));
+    for (int value : burstData(*reply)) {
+        matrix_.setText(cursorRow_, cursorColumn_, hex2(value));
         if (cursorColumn_ < 16) {
             ++cursorColumn_;
         } else {
@@ -145,12 +151,14 @@ void RegisterViewer::FindRegisterHexTimerTick()
 
 void RegisterViewer::StopDataFlow()
 {
-    if (linkDown())
-        return;
-    FindRegisterHexTimer.stop();
-    FindRegisterDecTimer.stop();
-    session_.link().Output({kCmdStop});
-    emit stateChanged();
+    session_.owner().whenFree(this, [this] {
+        if (linkDown())
+            return;
+        FindRegisterHexTimer.stop();
+        FindRegisterDecTimer.stop();
+        session_.link().Output({kCmdStop});
+        emit stateChanged();
+    });
 }
 
 void RegisterViewer::ManualClearMatrix()

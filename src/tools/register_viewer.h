@@ -7,6 +7,8 @@
 #include "rom/map_grid.h"
 
 #include <QObject>
+#include <optional>
+#include <vector>
 #include <QString>
 #include <QStringList>
 #include <QTimer>
@@ -68,6 +70,7 @@ signals:
     void message(const QString& text);
 
 private:
+    void showBurst(const std::optional<std::vector<std::uint8_t>>& reply);
     bool linkDown();
     void startDownload();
     void clearMatrixForDownload();

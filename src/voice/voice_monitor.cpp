@@ -1,12 +1,12 @@
 #include "voice/voice_monitor.h"
 
-#include "app/options_menu.h"
 #include "app/settings/settings_access.h"
 #include "consult/consult_session.h"
 #include "consult/session_log.h"
 #include "sensors/sensor_displays.h"
 #include "voice/speech_out.h"
 #include "voice/voice_gate.h"
+#include "voice/voice_options.h"
 #include "voice/voice_types.h"
 
 using vexorin::sensors::SensorId;
@@ -49,9 +49,9 @@ constexpr Announcement kAnnouncements[] = {
 };
 }  // namespace
 
-VoiceMonitor::VoiceMonitor(ConsultSession& session, SensorDisplays& displays, OptionsMenu& options,
-                           SettingsStore& store, QObject* parent)
-    : QObject(parent), session_(session), displays_(displays), options_(options), store_(store), voice_(session.voice())
+VoiceMonitor::VoiceMonitor(ConsultSession& session, VoiceGate& voice, SensorDisplays& displays,
+                           const VoiceOptions& options, SettingsStore& store, QObject* parent)
+    : QObject(parent), session_(session), displays_(displays), options_(options), store_(store), voice_(voice)
 {
     session_.VoiceMonitorTimer.setInterval(kIntervals[0].periodMs);
     connect(&session_.VoiceMonitorTimer, &QTimer::timeout, this, &VoiceMonitor::VoiceMonitorTimerTick);
@@ -59,14 +59,8 @@ VoiceMonitor::VoiceMonitor(ConsultSession& session, SensorDisplays& displays, Op
 
 void VoiceMonitor::VoiceMonitorSwitch()
 {
-    if (session_.ConnectedLabel() == QLatin1String("Disconnected")) {
-        emit session_.message(QStringLiteral("Consult port not connected."));
+    if (session_.refuses(LinkOwner::Connected | LinkOwner::MonitoringOn))
         return;
-    }
-    if (session_.MonitorSensorsOnLabel() == QLatin1String("OFF")) {
-        emit session_.message(QStringLiteral("Sensor monitoring must be on."));
-        return;
-    }
     if (!session_.VoiceMonitorTimer.isActive()) {
         session_.VoiceMonitorTimer.start();
         session_.setVoiceMonitorOnLabel(QStringLiteral("ON"));

@@ -8,7 +8,7 @@
 #include <array>
 
 class ConsultSession;
-class OptionsMenu;
+class VoiceOptions;
 class SensorDisplays;
 class SettingsStore;
 class VoiceGate;
@@ -26,8 +26,8 @@ class VoiceMonitor : public QObject {
 public:
     static const std::array<IntervalItem, 11> kIntervals;
 
-    VoiceMonitor(ConsultSession& session, SensorDisplays& displays, OptionsMenu& options, SettingsStore& store,
-                 QObject* parent = nullptr);
+    VoiceMonitor(ConsultSession& session, VoiceGate& voice, SensorDisplays& displays, const VoiceOptions& options,
+                 SettingsStore& store, QObject* parent = nullptr);
 
     // Check marks: the row of the checked interval and voice type items.
     int checkedInterval() const { return interval_; }
@@ -58,7 +58,7 @@ signals:
 private:
     ConsultSession& session_;
     SensorDisplays& displays_;
-    OptionsMenu& options_;
+    const VoiceOptions& options_;
     SettingsStore& store_;
     VoiceGate& voice_;
     int interval_ = 0;

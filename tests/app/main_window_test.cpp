@@ -3,7 +3,7 @@
 #include "consult/consult_session.h"
 #include "consult/interface_check_window.h"
 #include "consult/port_catalog.h"
-#include "consult/port_selection.h"
+#include "app/port_selection.h"
 #include "temp_settings.h"
 #include "ui/message_box.h"
 #include "ui/gradient_bar_widget.h"

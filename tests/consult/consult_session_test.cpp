@@ -1,6 +1,7 @@
-#include "consult/request_cycle.h"
+#include "consult/link_writes.h"
 #include "consult/wire.h"
 #include "session_harness.h"
+#include "link_wait.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -313,12 +314,15 @@ void ConsultSessionTest::silentEcuTimesOutAndStaysUsable()
     SessionHarness h;
     h.connectAndHandshake();
     h.ecu->silent = true;
+    h.session.GetSerialNumberKValue.setInterval(60000);  // the test ticks by hand
     h.session.GetSerialNumberKValueTick();
+    QVERIFY(waitForIdleLink(h.session.owner()));
     QCOMPARE(h.session.EcuPartNumberLabel(), QStringLiteral("23710-xxxxx"));
     QCOMPARE(h.log.messages().last(), vexorin::consult::timeoutMessage());
     QCOMPARE(h.log.messages().last(),
              QStringLiteral(": No reply from the ECU within 2 seconds; request abandoned."));
     h.session.GetSerialNumberKValueTick();
+    QVERIFY(waitForIdleLink(h.session.owner()));
     QCOMPARE(h.session.KValueLabel(), QStringLiteral("000"));
     QVERIFY(!h.session.GetSerialNumberKValue.isActive());
     QCOMPARE(h.transport->timeouts(), 2);

@@ -1,9 +1,11 @@
 // The session against a misbehaving ECU: replies cut short, corrupted echoes,
 // garbage on the line. Every case ends in the stated behaviour or a time-out
 // line in the session log, never a hang.
+#include "consult/read_plans.h"
 #include "consult/simulator_transport.h"
-#include "consult/request_cycle.h"
+#include "consult/link_writes.h"
 #include "session_harness.h"
+#include "link_wait.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -55,13 +57,16 @@ void FaultyEcuTest::replyThatStopsHalfwayTimesOut()
     SimRig r;
     r.connect();
     r.sim->ecu().setFaults({false, true, false});
+    r.session.GetSerialNumberKValue.setInterval(60000);  // the test ticks by hand
     QElapsedTimer clock;
     clock.start();
     r.session.GetSerialNumberKValueTick();
-    QVERIFY(clock.elapsed() < ConsultLink::kReplyTimeoutMs + 500);
+    QVERIFY(waitForIdleLink(r.session.owner()));
+    QVERIFY(clock.elapsed() < vexorin::consult::kReplyTimeoutMs + 500);
     QCOMPARE(r.session.EcuPartNumberLabel(), QStringLiteral("23710-xxxxx"));
     QCOMPARE(r.log.messages().last(), vexorin::consult::timeoutMessage());
     r.session.GetSerialNumberKValueTick();
+    QVERIFY(waitForIdleLink(r.session.owner()));
     QCOMPARE(r.session.KValueLabel(), QStringLiteral("000"));
     QVERIFY(!r.session.GetSerialNumberKValue.isActive());
 

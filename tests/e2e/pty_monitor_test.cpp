@@ -6,6 +6,7 @@
 #include "pty_rig.h"
 #include "sensors/sensor_displays.h"
 #include "sensors/sensor_stream.h"
+#include "link_wait.h"
 
 #include <QSet>
 #include <QTest>
@@ -66,11 +67,13 @@ void PtyMonitorTest::streamRecoversAfterTheEcuWasSilent()
     core.session().GetAllSensorDataTimer.stop();  // ticks by hand from here
 
     core.stream().GetAllSensorDataTimerTick();
+    QVERIFY(waitForIdleLink(core.session().owner()));
     const qint64 good = core.stream().framesDecoded();
     QVERIFY(good >= 1);
     r.sim.command("silent on");
     QTest::qWait(100);
-    core.stream().GetAllSensorDataTimerTick();  // waits out the time-out
+    core.stream().GetAllSensorDataTimerTick();  // the time-out runs out while the window goes on
+    QVERIFY(waitForIdleLink(core.session().owner()));
     QCOMPARE(core.stream().framesDecoded(), good);
     QVERIFY(core.log().messages().contains(QStringLiteral(": No reply from the ECU within 2 seconds; request abandoned.")));
     r.sim.command("silent off");
@@ -78,6 +81,7 @@ void PtyMonitorTest::streamRecoversAfterTheEcuWasSilent()
     for (int i = 0; i < 20 && core.stream().framesDecoded() == good; ++i) {
         QTest::qWait(50);
         core.stream().GetAllSensorDataTimerTick();
+        QVERIFY(waitForIdleLink(core.session().owner()));
     }
     QVERIFY2(core.stream().framesDecoded() > good, qPrintable(core.log().messages().join(QLatin1Char('|'))));
 }

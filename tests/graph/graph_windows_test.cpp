@@ -3,7 +3,7 @@
 #include "app/main_window.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
-#include "consult/port_selection.h"
+#include "app/port_selection.h"
 #include "consult/simulator_transport.h"
 #include "graph/graph_control.h"
 #include "graph/graph_feed.h"

@@ -1,6 +1,6 @@
 // The Map Viewer's logic against BIN files and the simulated ECU: loading all
 // six maps from a file, downloading one map over Consult, and editing.
-#include "consult/request_cycle.h"
+#include "consult/link_writes.h"
 #include "consult/simulator_transport.h"
 #include "fifo.h"
 #include "rom/map_viewer.h"
@@ -8,6 +8,7 @@
 #include "session_rig.h"
 #include "sim/ecu_simulator.h"
 #include "ui/binary_files.h"
+#include "link_wait.h"
 
 #include <QDir>
 #include <QFile>
@@ -449,6 +450,7 @@ void MapViewerTest::silentEcuStopsTheDownloadWithAMessage()
     r.viewer.MapTimerTick(0);
     r.sim->ecu().setFaults({false, true, false});  // replies stop halfway
     r.viewer.MapTimerTick(0);
+    QVERIFY(waitForIdleLink(r.session.owner()));
     QVERIFY(r.viewer.status().startsWith(QStringLiteral("Stopped!")));
     QVERIFY(!r.viewer.mapTimers[0].isActive());
     QCOMPARE(r.log.messages().last(), vexorin::consult::timeoutMessage());

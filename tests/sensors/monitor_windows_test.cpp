@@ -4,7 +4,7 @@
 #include "app/main_window.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
-#include "consult/port_selection.h"
+#include "app/port_selection.h"
 #include "consult/simulator_transport.h"
 #include "sensors/byte_viewer_cells.h"
 #include "sensors/byte_viewer_window.h"

@@ -1,5 +1,6 @@
-#include "consult/request_cycle.h"
+#include "consult/link_writes.h"
 #include "monitor_rig.h"
+#include "link_wait.h"
 
 #include <QTest>
 
@@ -103,10 +104,10 @@ void SensorStreamTest::refusesWhileAToolIsShowingInOrder()
     MonitorRig r;
     r.connect();
     bool map = true, downloader = true, registers = true, active = true;
-    r.stream.setToolShowing(SensorStream::Tool::MapViewer, [&] { return map; });
-    r.stream.setToolShowing(SensorStream::Tool::BinFileDownloader, [&] { return downloader; });
-    r.stream.setToolShowing(SensorStream::Tool::RegisterViewer, [&] { return registers; });
-    r.stream.setToolShowing(SensorStream::Tool::ActiveTest, [&] { return active; });
+    r.session.owner().setToolShowing(LinkOwner::Tool::MapViewer, [&] { return map; });
+    r.session.owner().setToolShowing(LinkOwner::Tool::BinFileDownloader, [&] { return downloader; });
+    r.session.owner().setToolShowing(LinkOwner::Tool::RegisterViewer, [&] { return registers; });
+    r.session.owner().setToolShowing(LinkOwner::Tool::ActiveTest, [&] { return active; });
     const QStringList expected{QStringLiteral("Please close the Map Viewer first."),
                                QStringLiteral("Please close the Bin File Downloader first."),
                                QStringLiteral("Please close the E.C.U. Register Viewer first."),
@@ -374,10 +375,12 @@ void SensorStreamTest::timeoutLogsOncePerOutageAndRecovers()
     r.connect();
     r.setFrame(typicalFrame());
     r.stream.MonitorOnOff();
+    r.session.GetAllSensorDataTimer.setInterval(60000);  // the test ticks by hand
     r.ecu->silent = true;
-    r.stream.GetAllSensorDataTimerTick();
-    r.stream.GetAllSensorDataTimerTick();
-    r.stream.GetAllSensorDataTimerTick();
+    for (int i = 0; i < 3; ++i) {
+        r.stream.GetAllSensorDataTimerTick();
+        QVERIFY(waitForIdleLink(r.session.owner()));
+    }
     QCOMPARE(r.log.messages().count(vexorin::consult::timeoutMessage()), 1);
     QCOMPARE(r.displays.label(SensorId::Speed), QStringLiteral("0"));
     r.ecu->silent = false;
@@ -385,6 +388,7 @@ void SensorStreamTest::timeoutLogsOncePerOutageAndRecovers()
     QCOMPARE(r.displays.label(SensorId::Speed), QStringLiteral("37.2"));
     r.ecu->silent = true;
     r.stream.GetAllSensorDataTimerTick();
+    QVERIFY(waitForIdleLink(r.session.owner()));
     QCOMPARE(r.log.messages().count(vexorin::consult::timeoutMessage()), 2);
 }
 

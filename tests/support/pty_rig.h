@@ -4,7 +4,7 @@
 
 #include "app/app_core.h"
 #include "consult/consult_session.h"
-#include "consult/port_selection.h"
+#include "app/port_selection.h"
 #include "sim_process.h"
 #include "temp_settings.h"
 #include "voice/recording_speech_out.h"

@@ -2,6 +2,7 @@
 // recorder, over whatever device the factory makes.
 #pragma once
 
+#include "app/session_views.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
 #include "consult/session_log.h"
@@ -14,7 +15,7 @@
 
 struct SessionRig {
     explicit SessionRig(ConsultLink::TransportFactory factory)
-        : link(std::move(factory)), voice(speech), session(link, log, panels, cells, voice)
+        : link(std::move(factory)), voice(speech), outputs(panels, cells, voice), session(link, log, outputs)
     {
     }
 
@@ -31,5 +32,6 @@ struct SessionRig {
     ByteViewerCells cells;
     RecordingSpeechOut speech;
     VoiceGate voice;
+    SessionViews outputs;
     ConsultSession session;
 };

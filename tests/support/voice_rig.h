@@ -11,7 +11,7 @@
 struct VoiceRig : MonitorRig {
     VoiceRig()
         : options(*settings.store),
-          monitor(session, displays, options, *settings.store),
+          monitor(session, voice, displays, options, *settings.store),
           faults(session),
           speedAlert(kAlerts[0], FrameSpot::SpeedAlert, displays, voice, *settings.store, spot),
           waterAlert(kAlerts[1], FrameSpot::WaterAlert, displays, voice, *settings.store, spot)

@@ -5,6 +5,7 @@
 #include "fifo.h"
 #include "tools/bin_file_downloader.h"
 #include "tools_rig.h"
+#include "link_wait.h"
 
 #include <QSignalSpy>
 
@@ -66,8 +67,8 @@ void BinFileDownloaderTest::opensIdleWithItsDesignTexts()
     QVERIFY(!r.downloader.DownLoadBinFileTimer.isActive());
     QCOMPARE(r.downloader.DumpBinTimer.interval(), 250);
     QVERIFY(!r.downloader.DumpBinTimer.isActive());
-    QCOMPARE(r.downloader.DownloadRegister, 128);
-    QCOMPARE(r.downloader.DownloadByte, -1);
+    QCOMPARE(r.downloader.walk().DownloadRegister, 128);
+    QCOMPARE(r.downloader.walk().DownloadByte, -1);
     QCOMPARE(r.downloader.ImageIndex, 1);
     QCOMPARE(r.downloader.checkedDelay(), 0);
     QCOMPARE(r.l().DataReceivedStatus, QStringLiteral("Data Received Status :"));
@@ -162,7 +163,7 @@ void BinFileDownloaderTest::wholeRomWithoutRetry()
 
     // The other 4,095 bursts; the count label stops at 32767 until the final text.
     int bursts = 1;
-    while (r.downloader.DownloadRegister != 255 || r.downloader.DownloadByte != 255) {
+    while (r.downloader.walk().DownloadRegister != 255 || r.downloader.walk().DownloadByte != 255) {
         r.downloader.DownLoadBinFileTimerTick();
         ++bursts;
         QVERIFY(bursts <= 4096);
@@ -215,7 +216,7 @@ void BinFileDownloaderTest::retryGoesBackOneAddressAndLosesSeven()
     r.downloader.DownloadBinFile();
     r.downloader.DownLoadBinFileTimerTick();
     r.downloader.DownLoadBinFileTimerTick();
-    QCOMPARE(r.downloader.DownloadByte, 15);
+    QCOMPARE(r.downloader.walk().DownloadByte, 15);
     r.sim->written.clear();
     QSignalSpy labels(&r.downloader, &BinFileDownloader::labelsChanged);
     QVERIFY(r.l().RetryWarning.isEmpty());
@@ -226,7 +227,7 @@ void BinFileDownloaderTest::retryGoesBackOneAddressAndLosesSeven()
     // The failed burst, then at once, in the same tick, a burst from its last address.
     QCOMPARE(r.sim->written, burstRequest(0x80, 16) + QByteArray(1, char(0x30)) + burstRequest(0x80, 23)
                                  + QByteArray(1, char(0x30)));
-    QCOMPARE(r.downloader.DownloadByte, 30);
+    QCOMPARE(r.downloader.walk().DownloadByte, 30);
     QCOMPARE(r.downloader.retries(), 1);
     QCOMPARE(r.l().Retries, QStringLiteral("Retries : 1"));
     // The window says at once that this download cannot come out whole.
@@ -246,11 +247,11 @@ void BinFileDownloaderTest::afterARetryTheBurstsRunPastTheEndOfThePage()
     r.downloader.DownloadBinFile();
     r.corruptNextEcho();
     r.downloader.DownLoadBinFileTimerTick();
-    QCOMPARE(r.downloader.DownloadByte, 14);
+    QCOMPARE(r.downloader.walk().DownloadByte, 14);
     // The bursts no longer end on 7, 15, 23 …: 22, 30, …, 254.
-    while (r.downloader.DownloadByte < 254)
+    while (r.downloader.walk().DownloadByte < 254)
         r.downloader.DownLoadBinFileTimerTick();
-    QCOMPARE(r.downloader.DownloadByte, 254);
+    QCOMPARE(r.downloader.walk().DownloadByte, 254);
     r.sim->written.clear();
     r.downloader.DownLoadBinFileTimerTick();
     // 255 goes out alone without CmdGo; 256 ends the sends and step 1 does not roll over;
@@ -259,12 +260,12 @@ void BinFileDownloaderTest::afterARetryTheBurstsRunPastTheEndOfThePage()
     for (int i = 0; i < 8; ++i)
         expected += QByteArray::fromHex("c980");
     QVERIFY(r.sim->written.startsWith(expected + QByteArray::fromHex("f0")));
-    QCOMPARE(r.downloader.DownloadRegister, 128);
-    QVERIFY(r.downloader.DownloadByte > 256);
+    QCOMPARE(r.downloader.walk().DownloadRegister, 128);
+    QVERIFY(r.downloader.walk().DownloadByte > 256);
     for (int i = 0; i < 20 && r.downloader.DownLoadBinFileTimer.isActive(); ++i)
         r.downloader.DownLoadBinFileTimerTick();
     // The register never advances and Completion never comes by itself.
-    QCOMPARE(r.downloader.DownloadRegister, 128);
+    QCOMPARE(r.downloader.walk().DownloadRegister, 128);
     QVERIFY(r.l().DataReceivedStatus != QStringLiteral("Data Received Status : Complete"));
     // All the while the window has said what to do.
     QCOMPARE(r.l().RetryWarning, QStringLiteral("Retry: the file will be 7 bytes short; Cancel and start again"));
@@ -284,8 +285,8 @@ void BinFileDownloaderTest::startDuringADownloadRestartsIntoANewFile()
         r.downloader.DownLoadBinFileTimerTick();
     r.path = r.dir.filePath(QStringLiteral("second.bin"));
     r.downloader.DownloadBinFile();
-    QCOMPARE(r.downloader.DownloadRegister, 128);
-    QCOMPARE(r.downloader.DownloadByte, -1);
+    QCOMPARE(r.downloader.walk().DownloadRegister, 128);
+    QCOMPARE(r.downloader.walk().DownloadByte, -1);
     QCOMPARE(r.l().SaveTo, r.path);
     r.downloader.DownLoadBinFileTimerTick();
     // The earlier file is kept as it was.
@@ -400,6 +401,7 @@ void BinFileDownloaderTest::silentEcuStopsTheDownloadAndTheWindowStaysUsable()
     r.downloader.DownLoadBinFileTimerTick();
     r.setFaults(true);
     r.downloader.DownLoadBinFileTimerTick();
+    QVERIFY(waitForIdleLink(r.session.owner()));
     QVERIFY(!r.downloader.DownLoadBinFileTimer.isActive());
     QVERIFY(r.downloader.stalled());
     QVERIFY(r.l().Notice.startsWith(QStringLiteral("No reply from the ECU within 2 seconds")));
@@ -472,6 +474,7 @@ void BinFileDownloaderTest::verifyComparesTheFileWithTheEcu()
     r.setFaults(true);
     r.downloader.Verify();
     r.downloader.VerifyTimerTick();
+    QVERIFY(waitForIdleLink(r.session.owner()));
     QVERIFY(!r.downloader.verifying());
     QVERIFY(r.l().VerifyReport.startsWith(QStringLiteral("Verify stopped at 8000: no reply from the ECU")));
 }

@@ -4,6 +4,7 @@
 #include "tools/ecu_tool_tables.h"
 #include "tools/register_viewer.h"
 #include "tools_rig.h"
+#include "link_wait.h"
 
 using namespace vexorin::rom;
 
@@ -251,6 +252,7 @@ void RegisterViewerTest::silentEcuStopsTheRead()
     r.viewer.FindRegisterHexTimerTick();
     r.setFaults(true);
     r.viewer.FindRegisterHexTimerTick();
+    QVERIFY(waitForIdleLink(r.session.owner()));
     QVERIFY(!r.viewer.FindRegisterHexTimer.isActive());
     QVERIFY(r.viewer.notice().startsWith(QStringLiteral("No reply from the ECU")));
     QCOMPARE(r.viewer.matrix().text(1, 8), r.romHex(255, 7));

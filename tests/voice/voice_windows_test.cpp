@@ -4,7 +4,7 @@
 #include "app/options_menu.h"
 #include "consult/consult_session.h"
 #include "consult/fault_codes_window.h"
-#include "consult/port_selection.h"
+#include "app/port_selection.h"
 #include "voice/alert_frame_panel.h"
 #include "voice/alerts.h"
 #include "voice/qt_speech_out.h"

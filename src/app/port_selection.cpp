@@ -1,10 +1,9 @@
-#include "consult/port_selection.h"
+#include "app/port_selection.h"
 
 #include "app/settings/settings_access.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
-#include "ui/status_panels.h"
-#include "voice/voice_gate.h"
+#include "consult/session_outputs.h"
 
 PortSelection::PortSelection(ConsultSession& session, SettingsStore& store, DeviceSource source, QObject* parent)
     : QObject(parent), session_(session), store_(store), source_(std::move(source))
@@ -29,7 +28,7 @@ void PortSelection::RefreshPortList()
     const QString saved = readSetting(store_, Settings::PortNumber);
     const PortListing listing = rows_.refresh(source_, saved, [this](int n) {
         session_.link().setCommPort(n);
-        session_.panels().setText(2, QStringLiteral("Consult Port %1").arg(n));
+        session_.outputs().status(2, QStringLiteral("Consult Port %1").arg(n));
     });
     emit rowsChanged();
     if (!listing.ok())
@@ -45,7 +44,7 @@ void PortSelection::PickPort(int row)
     }
     if (n > 0) {
         session_.link().setCommPort(n);
-        session_.panels().setText(2, QStringLiteral("Consult Port %1").arg(n));
+        session_.outputs().status(2, QStringLiteral("Consult Port %1").arg(n));
         writeSetting(store_, Settings::PortNumber, QString::number(n));
     }
     emit rowsChanged();
@@ -59,7 +58,7 @@ void PortSelection::UpdatePortInformation()
         emit message(QStringLiteral("Consult port must be disconnected prior to updating port information."));
         return;
     }
-    session_.voice().say(QStringLiteral("Port information has been updated!."));
+    session_.outputs().say(QStringLiteral("Port information has been updated!."));
     emit message(QStringLiteral("Port information has been updated."));
     RefreshPortList();
 }

@@ -1,0 +1,268 @@
+#include "consult/link_owner.h"
+
+#include "consult/consult_link.h"
+
+using namespace vexorin::consult;
+
+namespace {
+const char* const kToolRefusals[] = {
+    "Please close the Map Viewer first.",
+    "Please close the Bin File Downloader first.",
+    "Please close the E.C.U. Register Viewer first.",
+    "Please close the Active Test first.",
+};
+}  // namespace
+
+LinkOwner::LinkOwner(ConsultLink& link, QObject* parent)
+    : QObject(parent), link_(link)
+{
+    for (QTimer* t : {&pause_, &deadline_, &quiet_, &normalTime_})
+        t->setSingleShot(true);
+    connect(&pause_, &QTimer::timeout, this, &LinkOwner::begin);
+    connect(&deadline_, &QTimer::timeout, this, &LinkOwner::onDeadline);
+    connect(&quiet_, &QTimer::timeout, this, [this] {
+        if (state_ == State::Settling)
+            finish(received_);
+    });
+    connect(&normalTime_, &QTimer::timeout, this, &LinkOwner::onNormalTimeOver);
+    connect(&link_, &ConsultLink::bytesArrived, this, &LinkOwner::onBytes);
+    // A pulled cable ends the cycle before the session hears of it.
+    connect(&link_, &ConsultLink::portLost, this, [this] {
+        if (busy())
+            finish(std::nullopt);
+    });
+}
+
+bool LinkOwner::run(const Cycle& cycle, Done done)
+{
+    if (busy())
+        return false;
+    ++serial_;
+    cycle_ = cycle;
+    done_ = std::move(done);
+    received_.clear();
+    started_.start();
+    if (cycle_.pauseMs > 0) {
+        state_ = State::Pausing;
+        pause_.start(cycle_.pauseMs);
+    } else {
+        begin();
+    }
+    return true;
+}
+
+void LinkOwner::begin()
+{
+    state_ = State::Waiting;
+    if (cycle_.clearFirst)
+        link_.setInBufferCount(0);
+    for (std::uint8_t b : cycle_.send)
+        link_.Output(QByteArray(1, char(b)));
+    if (!link_.PortOpen()) {
+        sendAfter();
+        finish(std::nullopt);
+        return;
+    }
+    deadline_.start(cycle_.timeoutMs);
+    onBytes();
+}
+
+void LinkOwner::onBytes()
+{
+    // Polling the port may deliver its bytes, and this call, once more.
+    if (state_ == State::Waiting) {
+        const quint64 serial = serial_;
+        const bool enough = link_.poll(int(cycle_.expect));
+        if (enough && serial == serial_ && state_ == State::Waiting)
+            takeReply();
+    } else if (state_ == State::Settling && !settling_) {
+        settleMore();
+    }
+}
+
+void LinkOwner::takeReply()
+{
+    deadline_.stop();
+    state_ = State::Taking;
+    // The stop bytes go out before the reply is read, as they always have.
+    sendAfter();
+    const QByteArray in = link_.Input();
+    received_.assign(in.begin(), in.end());
+    if (received_.size() < cycle_.expect) {
+        ++timeouts_;
+        finish(std::nullopt);
+        return;
+    }
+    if (!cycle_.settle) {
+        finish(received_);
+        return;
+    }
+    state_ = State::Settling;
+    settleStarted_.start();
+    deadline_.start(kSettleLimitMs);
+    settleMore();
+}
+
+void LinkOwner::settleMore()
+{
+    settling_ = true;
+    while (!burstStreamEnded(received_) && settleStarted_.elapsed() < kSettleLimitMs) {
+        if (!link_.poll(1)) {
+            settling_ = false;
+            quiet_.start(kSettleQuietMs);
+            return;
+        }
+        const QByteArray more = link_.Input();
+        received_.insert(received_.end(), more.begin(), more.end());
+    }
+    settling_ = false;
+    finish(received_);
+}
+
+void LinkOwner::onDeadline()
+{
+    if (state_ == State::Settling) {
+        finish(received_);
+        return;
+    }
+    if (state_ != State::Waiting)
+        return;
+    ++timeouts_;
+    link_.noteTimeout(int(cycle_.expect));
+    sendAfter();
+    finish(std::nullopt);
+}
+
+void LinkOwner::sendAfter()
+{
+    for (std::uint8_t b : cycle_.after)
+        link_.Output(QByteArray(1, char(b)));
+}
+
+void LinkOwner::abandon()
+{
+    switch (state_) {
+    case State::Idle:
+        break;
+    case State::Pausing:
+    case State::Taking:
+        finish(std::nullopt);
+        break;
+    case State::Waiting:
+        onDeadline();
+        break;
+    case State::Settling:
+        finish(received_);
+        break;
+    }
+}
+
+void LinkOwner::finish(const Reply& reply)
+{
+    pause_.stop();
+    deadline_.stop();
+    quiet_.stop();
+    normalTime_.stop();
+    state_ = State::Idle;
+    Done done = std::move(done_);
+    done_ = nullptr;
+    if (done)
+        done(reply);
+    emit cycleEnded();
+    runPending();
+}
+
+void LinkOwner::whenFree(QObject* context, std::function<void()> action)
+{
+    if (!busy() && !runningPending_ && pending_.empty()) {
+        action();
+        return;
+    }
+    pending_.push_back({context, std::move(action)});
+    if (busy())
+        armNormalTime();
+}
+
+void LinkOwner::armNormalTime()
+{
+    if (normalTime_.isActive())
+        return;
+    const qint64 left = qint64(normalTimeMs(cycle_)) - started_.elapsed();
+    normalTime_.start(int(qMax<qint64>(0, left)));
+}
+
+void LinkOwner::onNormalTimeOver()
+{
+    if (busy() && !pending_.empty())
+        abandon();
+}
+
+void LinkOwner::runPending()
+{
+    if (runningPending_)
+        return;
+    runningPending_ = true;
+    // An action may start a cycle; the ones behind it then wait for that one.
+    while (!pending_.empty() && !busy()) {
+        Pending p = std::move(pending_.front());
+        pending_.pop_front();
+        if (p.context)
+            p.action();
+    }
+    runningPending_ = false;
+    if (busy() && !pending_.empty())
+        armNormalTime();
+}
+
+// ---- Who may use the link ----------------------------------------------------
+
+QString LinkOwner::refusalOf(Tool tool)
+{
+    return QString::fromLatin1(kToolRefusals[int(tool)]);
+}
+
+QString LinkOwner::notConnectedText()
+{
+    return QStringLiteral("Consult port not connected.");
+}
+
+QString LinkOwner::monitoringOnText()
+{
+    return QStringLiteral("Sensor monitoring must be on.");
+}
+
+void LinkOwner::setFlags(std::function<bool()> connected, std::function<bool()> monitoring)
+{
+    connected_ = std::move(connected);
+    monitoring_ = std::move(monitoring);
+}
+
+void LinkOwner::setToolShowing(Tool tool, std::function<bool()> showing)
+{
+    tools_[std::size_t(tool)] = std::move(showing);
+}
+
+bool LinkOwner::toolShowing(Tool tool) const
+{
+    const auto& showing = tools_[std::size_t(tool)];
+    return showing && showing();
+}
+
+bool LinkOwner::mayUse(unsigned needs, QString* why) const
+{
+    QString refusal;
+    const bool monitoring = monitoring_ && monitoring_();
+    if ((needs & Connected) && !(connected_ && connected_()))
+        refusal = notConnectedText();
+    else if ((needs & MonitoringOff) && monitoring)
+        refusal = QStringLiteral("Sensor monitoring must be off.");
+    else if ((needs & MonitoringOn) && !monitoring)
+        refusal = monitoringOnText();
+    else if (needs & ToolsClosed)
+        for (int t = 0; t < int(tools_.size()) && refusal.isEmpty(); ++t)
+            if (toolShowing(Tool(t)))
+                refusal = refusalOf(Tool(t));
+    if (why)
+        *why = refusal;
+    return refusal.isEmpty();
+}
