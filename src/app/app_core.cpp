@@ -127,6 +127,9 @@ void AppCore::shutdown()
 {
     if (capture_)
         capture_->close();  // the log first: capture ends with the program
-    if (link_ && link_->PortOpen())
+    if (link_ && link_->PortOpen()) {
+        // Closing does not wait: a read in flight ends as a time-out would end it.
+        session_->owner().abandon();
         session_->ConnectDisconnect();
+    }
 }
