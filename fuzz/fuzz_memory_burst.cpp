@@ -1,10 +1,11 @@
 // Any bytes as the ECU's answer to one burst of eight memory reads, through
-// the burst routine of the BIN File Downloader, its Verify and the E.C.U.
-// Register Viewer: a reply comes back whole (at least the 34 bytes a burst
-// waits for, in the order they came) or not at all, and the burst always
-// ends with CmdGo then exactly one CmdStop on the line.
+// the link owner as the BIN File Downloader, its Verify, the Map Viewer and
+// the E.C.U. Register Viewer run it: a reply comes back whole (at least the
+// 34 bytes a burst waits for, in the order they came) or not at all, and the
+// burst always ends with CmdGo then exactly one CmdStop on the line.
 #include "consult/consult_link.h"
 #include "consult/fake_transport.h"
+#include "consult/link_owner.h"
 #include "consult/read_plans.h"
 
 #include <QCoreApplication>
@@ -28,13 +29,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     FakeTransport* fake = nullptr;
     ConsultLink link([&fake](int, QString*) { return fake = new FakeTransport; });
-    link.setCommPort(1);
+    LinkOwner owner(link);
     if (!link.setPortOpen(true, nullptr) || !fake)
         __builtin_trap();
+    const std::vector<int> request = burstRequest(0x80, 0);
+    int ends = 0;
+    LinkOwner::Reply reply;
+    owner.run(burstCycle(request, settle), [&](const LinkOwner::Reply& r) {
+        ++ends;
+        reply = r;
+    });
     fake->arrive(answer);
-    fake->clearWritten();
-
-    const auto reply = finishBurst(link, settle);
+    emit link.bytesArrived();  // what the port's readyRead does
+    owner.abandon();           // the time-out, or the end of a settling read
+    if (ends != 1 || owner.busy())
+        __builtin_trap();
     if (reply) {
         if (reply->size() < std::size_t(kBurstReplyLength))
             __builtin_trap();
@@ -43,7 +52,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     } else if (answer.size() >= kBurstReplyLength) {
         __builtin_trap();  // everything was there: the burst may not give up
     }
-    if (fake->written() != QByteArray::fromHex("f030"))
+    const Bytes sent = sendable(request);
+    const QByteArray expected = QByteArray(reinterpret_cast<const char*>(sent.data()), int(sent.size()))
+        + QByteArray::fromHex("f030");
+    if (fake->written() != expected)
         __builtin_trap();
     // Where the stream could end never lies inside the 34 bytes of the reply.
     const std::vector<std::uint8_t> bytes(data + 1, data + size);
