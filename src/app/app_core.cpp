@@ -11,6 +11,8 @@
 #include "consult/consult_session.h"
 #include "consult/fault_codes.h"
 #include "consult/session_log.h"
+#include "external/external_ports.h"
+#include "external/external_sensors.h"
 #include "graph/graph_control.h"
 #include "graph/graph_feed.h"
 #include "logging/log_capture.h"
@@ -19,19 +21,32 @@
 #include "sensors/sensor_displays.h"
 #include "sensors/sensor_selection.h"
 #include "sensors/sensor_stream.h"
+#include "ui/regular_file.h"
 #include "ui/status_panels.h"
 #include "voice/alerts.h"
 #include "voice/speech_recognition.h"
 #include "voice/voice_gate.h"
 #include "voice/voice_monitor.h"
 
+#include <QFile>
 #include <QLocale>
 #include <functional>
+
+namespace {
+// A session recording: a setting may name anything, but only a regular file (or a new one) is written.
+std::unique_ptr<QIODevice> openRecordingFile(const QString& path, QString* error)
+{
+    auto file = std::make_unique<QFile>(path);
+    if (!vexorin::files::openRegular(*file, QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text, error))
+        return nullptr;
+    return file;
+}
+}  // namespace
 
 AppCore::AppCore(SettingsStore& store, SpeechOut& speech, QObject* parent)
     : QObject(parent),
       store_(store),
-      catalog_(store),
+      catalog_(store, openRecordingFile),
       log_(std::make_unique<SessionLog>()),
       panels_(std::make_unique<StatusPanels>()),
       cells_(std::make_unique<ByteViewerCells>()),
@@ -43,7 +58,7 @@ AppCore::AppCore(SettingsStore& store, SpeechOut& speech, QObject* parent)
     session_ = std::make_unique<ConsultSession>(*link_, *log_, *outputs_);
     portSelection_ = std::make_unique<PortSelection>(*session_, store_, catalog_.source());
     displays_ = std::make_unique<SensorDisplays>();
-    selection_ = std::make_unique<SensorSelection>(*displays_, *log_, *voice_);
+    selection_ = std::make_unique<SensorSelection>(*displays_, *log_, *outputs_);
     stream_ = std::make_unique<SensorStream>(*session_, *displays_, *cells_, *selection_);
     views_ = std::make_unique<MonitorViews>(*displays_, *session_);
     options_ = std::make_unique<OptionsMenu>(store_);
@@ -132,4 +147,11 @@ void AppCore::shutdown()
         session_->owner().abandon();
         session_->ConnectDisconnect();
     }
+}
+
+ExternalSensors* AppCore::makeExternalSensors()
+{
+    PortCatalog& catalog = catalog_;
+    return new ExternalSensors(store_, *panels_, *voice_, ExternalPorts::deviceSource(catalog),
+                               [&catalog](int n, QString* error) { return ExternalPorts::makeTransport(catalog, n, error); });
 }

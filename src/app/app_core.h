@@ -36,6 +36,7 @@ class LogCapture;
 class ColorFrame;
 class Splash;
 class UpdateCheck;
+class ExternalSensors;
 
 class AppCore : public QObject {
     Q_OBJECT
@@ -81,6 +82,8 @@ public:
     ColorFrame& colorFrame() { return *colorFrame_; }
     Splash& splash() { return *splash_; }
     UpdateCheck& updateCheck() { return *updateCheck_; }
+    // The External Gauge Monitor's model on this application's ports, store, panels and voice.
+    ExternalSensors* makeExternalSensors();
 
 signals:
     // The start-up has run: the window applies its stored geometry.

@@ -17,7 +17,7 @@
 #include "rom/bin_viewer_window.h"
 #include "rom/hex_chart_window.h"
 #include "sensors/monitor_views.h"
-#include "tools/ecu_tools_window.h"
+#include "app/ecu_tools_window.h"
 #include "ui/common_dialog.h"
 #include "ui/message_box.h"
 #include "voice/alerts.h"

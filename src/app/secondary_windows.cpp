@@ -7,8 +7,8 @@
 #include "app/splash.h"
 #include "app/splash_window.h"
 #include "consult/fault_codes.h"
-#include "consult/fault_codes_window.h"
-#include "consult/interface_check_window.h"
+#include "app/fault_codes_window.h"
+#include "app/interface_check_window.h"
 #include "external/external_sensors.h"
 #include "external/external_sensors_window.h"
 #include "graph/graph_feed.h"
@@ -21,7 +21,7 @@
 #include "sensors/dash_window.h"
 #include "tools/active_test_window.h"
 #include "tools/bin_file_downloader_window.h"
-#include "tools/ecu_tools_window.h"
+#include "app/ecu_tools_window.h"
 #include "tools/register_viewer_window.h"
 #include "ui/message_box.h"
 #include "ui/owned_dialogs.h"
@@ -260,7 +260,7 @@ void MainWindow::showCredits()
 void MainWindow::showExternalSensors()
 {
     if (!externalSensors_) {
-        externalSensors_ = new ExternalSensorsWindow(ExternalSensors::forApp(core_), this);
+        externalSensors_ = new ExternalSensorsWindow(core_.makeExternalSensors(), this);
         externalSensors_->setAttribute(Qt::WA_DeleteOnClose);
         connect(externalSensors_, &ExternalSensorsWindow::interfaceCheckRequested, this, &MainWindow::showInterfaceCheck);
     }

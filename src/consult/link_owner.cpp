@@ -16,8 +16,10 @@ const char* const kToolRefusals[] = {
 LinkOwner::LinkOwner(ConsultLink& link, QObject* parent)
     : QObject(parent), link_(link)
 {
-    for (QTimer* t : {&pause_, &deadline_, &quiet_, &normalTime_})
+    for (QTimer* t : {&pause_, &deadline_, &quiet_, &normalTime_}) {
         t->setSingleShot(true);
+        t->setTimerType(Qt::PreciseTimer);
+    }
     connect(&pause_, &QTimer::timeout, this, &LinkOwner::begin);
     connect(&deadline_, &QTimer::timeout, this, &LinkOwner::onDeadline);
     connect(&quiet_, &QTimer::timeout, this, [this] {

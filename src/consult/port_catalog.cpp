@@ -1,7 +1,5 @@
 #include "consult/port_catalog.h"
 
-#include "app/settings/settings_keys.h"
-#include "app/settings/settings_store.h"
 #include "consult/qt_serial_transport.h"
 #include "consult/recording_transport.h"
 #include "consult/simulator_transport.h"
@@ -26,8 +24,8 @@ QString comKey(int n)
 }
 }  // namespace
 
-PortCatalog::PortCatalog(SettingsStore& store)
-    : store_(store), systemPorts_(listSystemPorts)
+PortCatalog::PortCatalog(PortSettings& store, RecordingFileOpener openRecording)
+    : store_(store), openRecording_(std::move(openRecording)), systemPorts_(listSystemPorts)
 {
 }
 
@@ -35,12 +33,12 @@ QString PortCatalog::pathFor(int number) const
 {
     if (number < 1 || number > kMaxPorts)
         return QString();
-    return store_.ReadSetting(QString(Settings::PortAssignmentsSection), comKey(number));
+    return store_.ReadSetting(QString(PortSettingKeys::PortAssignmentsSection), comKey(number));
 }
 
 int PortCatalog::numberFor(const QString& path, const QStringList& presentPaths)
 {
-    const QString section(Settings::PortAssignmentsSection);
+    const QString section(PortSettingKeys::PortAssignmentsSection);
     for (int n = 1; n <= kMaxPorts; ++n)
         if (pathFor(n) == path)
             return n;
@@ -70,8 +68,8 @@ QList<PlatformDevice> PortCatalog::devices(bool presentOnly)
     QList<Row> rows;
     for (const SystemPort& p : systemPorts_())
         rows.append({p.path, p.description.isEmpty() ? QStringLiteral("Serial Port") : p.description, true});
-    for (const QString& key : store_.keys(QString(Settings::ExtraPortsSection))) {
-        const QString path = store_.ReadSetting(QString(Settings::ExtraPortsSection), key).trimmed();
+    for (const QString& key : store_.keys(QString(PortSettingKeys::ExtraPortsSection))) {
+        const QString path = store_.ReadSetting(QString(PortSettingKeys::ExtraPortsSection), key).trimmed();
         if (!path.isEmpty())
             rows.append({path, QStringLiteral("Extra Serial Port"), true});
     }
@@ -121,9 +119,9 @@ SerialTransport* PortCatalog::makeTransport(int number, QString* error) const
         t = new SimulatorTransport;
     else
         t = new QtSerialTransport(path);
-    const QString record = store_.ReadSetting(QString(Settings::RecordConsultSession.section),
-                                              QString(Settings::RecordConsultSession.key));
-    if (!record.isEmpty())
-        t = new RecordingTransport(t, record);
+    const QString record =
+        store_.ReadSetting(QString(PortSettingKeys::RecordSection), QString(PortSettingKeys::RecordKey));
+    if (!record.isEmpty() && openRecording_)
+        t = new RecordingTransport(t, openRecording_(record, nullptr));
     return t;
 }

@@ -6,12 +6,12 @@
 #pragma once
 
 #include "consult/dev_lister.h"
+#include "consult/port_settings.h"
 
 #include <QList>
 #include <QString>
 #include <functional>
 
-class SettingsStore;
 class SerialTransport;
 
 struct SystemPort {
@@ -25,7 +25,8 @@ public:
     static const QString kSimulatorPath;
     static const QString kSimulatorName;
 
-    explicit PortCatalog(SettingsStore& store);
+    // Without an opener no session is recorded, whatever the settings say.
+    explicit PortCatalog(PortSettings& store, RecordingFileOpener openRecording = {});
 
     // Replaces the system's serial device list (tests).
     void setSystemPorts(std::function<QList<SystemPort>()> provider) { systemPorts_ = std::move(provider); }
@@ -43,6 +44,7 @@ public:
     SerialTransport* makeTransport(int number, QString* error) const;
 
 private:
-    SettingsStore& store_;
+    PortSettings& store_;
+    RecordingFileOpener openRecording_;
     std::function<QList<SystemPort>()> systemPorts_;
 };

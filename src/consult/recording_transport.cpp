@@ -1,6 +1,7 @@
 #include "consult/recording_transport.h"
 
-#include "ui/regular_file.h"
+#include <QFileDevice>
+
 
 #include <QRegularExpression>
 
@@ -22,8 +23,8 @@ QList<RecordedExchange> parseRecording(const QString& text)
     return out;
 }
 
-RecordingTransport::RecordingTransport(SerialTransport* inner, const QString& logFile, QObject* parent)
-    : SerialTransport(parent), inner_(inner), file_(logFile)
+RecordingTransport::RecordingTransport(SerialTransport* inner, std::unique_ptr<QIODevice> log, QObject* parent)
+    : SerialTransport(parent), inner_(inner), file_(std::move(log))
 {
     inner_->setParent(this);
     connect(inner_, &SerialTransport::readyRead, this, [this] {
@@ -34,8 +35,6 @@ RecordingTransport::RecordingTransport(SerialTransport* inner, const QString& lo
         line(QStringLiteral("# lost: ") + reason);
         emit lost(reason);
     });
-    // A setting may name anything: only a regular file (or a new one) is written.
-    vexorin::files::openRegular(file_, QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text);
 }
 
 RecordingTransport::~RecordingTransport()
@@ -45,10 +44,11 @@ RecordingTransport::~RecordingTransport()
 
 void RecordingTransport::line(const QString& text)
 {
-    if (!file_.isOpen())
+    if (!file_ || !file_->isOpen())
         return;
-    file_.write(text.toLatin1() + '\n');
-    file_.flush();
+    file_->write(text.toLatin1() + '\n');
+    if (auto* file = qobject_cast<QFileDevice*>(file_.get()))
+        file->flush();
 }
 
 void RecordingTransport::flushWrites()

@@ -7,7 +7,7 @@
 
 #include "consult/serial_transport.h"
 
-#include <QFile>
+#include <QIODevice>
 #include <QList>
 #include <memory>
 
@@ -22,8 +22,8 @@ QList<RecordedExchange> parseRecording(const QString& text);
 class RecordingTransport : public SerialTransport {
     Q_OBJECT
 public:
-    // Takes ownership of `inner`; appends to `logFile`.
-    RecordingTransport(SerialTransport* inner, const QString& logFile, QObject* parent = nullptr);
+    // Takes ownership of `inner` and of `log`, opened for appending (null: nothing is written).
+    RecordingTransport(SerialTransport* inner, std::unique_ptr<QIODevice> log, QObject* parent = nullptr);
     ~RecordingTransport() override;
 
     bool open(QString* error) override;
@@ -43,7 +43,7 @@ private:
     void line(const QString& text);
 
     SerialTransport* inner_;
-    QFile file_;
+    std::unique_ptr<QIODevice> file_;
     QByteArray buffer_;
     QByteArray pendingWrite_;
 };

@@ -1,6 +1,5 @@
 #include "external/external_sensors.h"
 
-#include "app/app_core.h"
 #include "app/settings/settings_access.h"
 #include "external/external_ports.h"
 #include "ui/status_panels.h"
@@ -31,13 +30,6 @@ ExternalSensors::ExternalSensors(SettingsStore& store, StatusPanels& panels, Voi
 {
     for (const auto& c : kChannels)
         names_.append(QString::fromLatin1(c.defaultName));
-}
-
-ExternalSensors* ExternalSensors::forApp(AppCore& core)
-{
-    PortCatalog& catalog = core.ports();
-    return new ExternalSensors(core.store(), core.panels(), core.voice(), ExternalPorts::deviceSource(catalog),
-                               [&catalog](int n, QString* error) { return ExternalPorts::makeTransport(catalog, n, error); });
 }
 
 QString ExternalSensors::name(int channel) const

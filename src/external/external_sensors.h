@@ -13,7 +13,6 @@
 #include <QObject>
 #include <QStringList>
 
-class AppCore;
 class SettingsStore;
 class StatusPanels;
 class VoiceGate;
@@ -25,8 +24,6 @@ public:
                     ExternalLink::TransportFactory factory, QObject* parent = nullptr);
 
     // One for the application: its store, status panels and voice, its list
-    // of serial devices with the simulated DLP-IO8-G, and the devices behind them.
-    static ExternalSensors* forApp(AppCore& core);
 
     ExternalLink& link() { return link_; }
 

@@ -2,7 +2,7 @@
 
 #include "consult/session_log.h"
 #include "sensors/sensor_displays.h"
-#include "voice/voice_gate.h"
+#include "consult/session_outputs.h"
 
 using namespace vexorin::sensors;
 
@@ -23,7 +23,7 @@ constexpr DisplayWord kDisplayWords[] = {
 };
 }  // namespace
 
-SensorSelection::SensorSelection(SensorDisplays& displays, SessionLog& log, VoiceGate& voice, QObject* parent)
+SensorSelection::SensorSelection(SensorDisplays& displays, SessionLog& log, SessionOutputs& voice, QObject* parent)
     : QObject(parent), displays_(displays), log_(log), voice_(voice)
 {
     DisplaySensorValues.setInterval(100);

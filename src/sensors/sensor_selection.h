@@ -10,12 +10,12 @@
 
 class SensorDisplays;
 class SessionLog;
-class VoiceGate;
+class SessionOutputs;
 
 class SensorSelection : public QObject {
     Q_OBJECT
 public:
-    SensorSelection(SensorDisplays& displays, SessionLog& log, VoiceGate& voice, QObject* parent = nullptr);
+    SensorSelection(SensorDisplays& displays, SessionLog& log, SessionOutputs& voice, QObject* parent = nullptr);
 
     // Copies the chosen sensor's label to the large view every 100 ms while monitoring.
     QTimer DisplaySensorValues;
@@ -30,6 +30,6 @@ public:
 private:
     SensorDisplays& displays_;
     SessionLog& log_;
-    VoiceGate& voice_;
+    SessionOutputs& voice_;
     std::function<void(int)> graphMaximum_;
 };

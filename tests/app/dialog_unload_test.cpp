@@ -7,7 +7,7 @@
 #include "rom/bin_viewer_window.h"
 #include "rom/map_viewer_window.h"
 #include "tools/bin_file_downloader_window.h"
-#include "tools/ecu_tools_window.h"
+#include "app/ecu_tools_window.h"
 #include "ui/message_box.h"
 #include "widget_helpers.h"
 

@@ -1,7 +1,7 @@
 #include "app/app_core.h"
 #include "app/main_window.h"
 #include "consult/consult_session.h"
-#include "consult/interface_check_window.h"
+#include "app/interface_check_window.h"
 #include "consult/port_catalog.h"
 #include "app/port_selection.h"
 #include "temp_settings.h"

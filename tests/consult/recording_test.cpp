@@ -50,7 +50,11 @@ void RecordingTest::recordsAndReplaysASession()
 {
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("session.txt"));
-    Rig live([&file](int, QString*) { return new RecordingTransport(new SimulatorTransport, file); });
+    Rig live([&file](int, QString*) {
+        auto log = std::make_unique<QFile>(file);
+        log->open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text);
+        return new RecordingTransport(new SimulatorTransport, std::move(log));
+    });
     identify(live.session);
     QCOMPARE(live.session.ConnectedLabel(), QStringLiteral("Connected"));
     live.session.ConnectDisconnect();

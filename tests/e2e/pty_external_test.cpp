@@ -27,7 +27,7 @@ struct BothRig {
     {
         if (dlp.path().isEmpty() || !ecu.start())
             return false;
-        sensors.reset(ExternalSensors::forApp(*ecu.core));
+        sensors.reset(ecu.core->makeExternalSensors());
         sensors->Load();
         for (int item = 1; item <= sensors->portItems().count(); ++item)
             if (sensors->portItems().caption(item).contains(dlp.path()))

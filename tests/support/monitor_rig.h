@@ -52,7 +52,7 @@ inline QByteArray allSensorsReply(const FrameData& d)
 
 struct MonitorRig : SessionHarness {
     MonitorRig()
-        : selection(displays, log, voice), stream(session, displays, cells, selection), views(displays, session)
+        : selection(displays, log, outputs), stream(session, displays, cells, selection), views(displays, session)
     {
         stream.setLogSink(&sink);
     }

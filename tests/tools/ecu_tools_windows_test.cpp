@@ -9,7 +9,7 @@
 #include "sensors/sensor_stream.h"
 #include "tools/active_test_window.h"
 #include "tools/bin_file_downloader_window.h"
-#include "tools/ecu_tools_window.h"
+#include "app/ecu_tools_window.h"
 #include "tools/register_viewer_window.h"
 #include "ui/common_dialog.h"
 #include "ui/gradient_bar_widget.h"

@@ -3,7 +3,7 @@
 #include "app/main_window.h"
 #include "app/options_menu.h"
 #include "consult/consult_session.h"
-#include "consult/fault_codes_window.h"
+#include "app/fault_codes_window.h"
 #include "app/port_selection.h"
 #include "voice/alert_frame_panel.h"
 #include "voice/alerts.h"

@@ -3,6 +3,7 @@
 // means the program has none and the reader's rule for an empty value applies.
 #pragma once
 
+#include "consult/port_settings.h"
 #include <QLatin1StringView>
 #include <array>
 
@@ -79,10 +80,10 @@ inline constexpr QLatin1StringView ExternalSensorSectionPrefix{"ExternalSensor"}
 
 // Linux port discovery: extra device paths (any key, value = path) and the
 // remembered COM number of every path seen (key COMn, value = path).
-inline constexpr QLatin1StringView ExtraPortsSection{"ExtraPorts"};
-inline constexpr QLatin1StringView PortAssignmentsSection{"PortAssignments"};
+inline constexpr QLatin1StringView ExtraPortsSection = PortSettingKeys::ExtraPortsSection;
+inline constexpr QLatin1StringView PortAssignmentsSection = PortSettingKeys::PortAssignmentsSection;
 
 // Diagnostics: when set, every Consult exchange is written to this file.
-inline constexpr SettingKey RecordConsultSession{L("RecordConsult"), L("File"), L("")};
+inline constexpr SettingKey RecordConsultSession{PortSettingKeys::RecordSection, PortSettingKeys::RecordKey, L("")};
 
 }  // namespace Settings

@@ -1,4 +1,4 @@
-#include "consult/interface_check_window.h"
+#include "app/interface_check_window.h"
 
 #include "ui/plain_text.h"
 

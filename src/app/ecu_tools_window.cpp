@@ -1,4 +1,4 @@
-#include "tools/ecu_tools_window.h"
+#include "app/ecu_tools_window.h"
 
 #include "app/app_core.h"
 #include "consult/consult_session.h"

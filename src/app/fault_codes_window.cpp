@@ -1,4 +1,4 @@
-#include "consult/fault_codes_window.h"
+#include "app/fault_codes_window.h"
 
 #include "consult/fault_codes.h"
 #include "ui/plain_text.h"
