@@ -37,16 +37,22 @@ int main(int argc, char** argv)
     BinFileDownloader downloader(session, rig.core->store());
     downloader.setAnnounce(BinFileDownloader::Announce::None);
     downloader.setFileChooser([&path] { return path; });
+    QElapsedTimer clock;
+    clock.start();
     QEventLoop loop;
     QObject::connect(&downloader, &BinFileDownloader::stateChanged, &loop, [&] {
         if (!downloader.DownLoadBinFileTimer.isActive())
             loop.quit();
     });
     QTimer::singleShot(30 * 60 * 1000, &loop, &QEventLoop::quit);
+    QTimer progress;
+    QObject::connect(&progress, &QTimer::timeout, [&] {
+        std::printf("  %d bytes after %.0f s\n", downloader.progress(), clock.elapsed() / 1000.0);
+        std::fflush(stdout);
+    });
+    progress.start(10000);
     StallWatch stall;
     stall.start();
-    QElapsedTimer clock;
-    clock.start();
     downloader.DownloadBinFile();
     loop.exec();
     const double seconds = clock.elapsed() / 1000.0;

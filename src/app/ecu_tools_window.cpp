@@ -11,8 +11,10 @@
 #include <QAction>
 #include <QMenu>
 
-EcuToolWindows::EcuToolWindows(AppCore& core, QMenu* toolsMenu, QWidget* mainWindow)
-    : QObject(mainWindow), core_(core), mainWindow_(mainWindow)
+using Kind = WindowRegistry::Kind;
+
+EcuToolWindows::EcuToolWindows(AppCore& core, WindowRegistry& windows, QMenu* toolsMenu, QWidget* mainWindow)
+    : QObject(mainWindow), core_(core), windows_(windows), mainWindow_(mainWindow)
 {
     const std::array<std::tuple<const char*, const char*, void (EcuToolWindows::*)()>, 3> commands{{
         {"BinFileDownloader", "BIN File Downloader", &EcuToolWindows::showBinFileDownloader},
@@ -26,39 +28,54 @@ EcuToolWindows::EcuToolWindows(AppCore& core, QMenu* toolsMenu, QWidget* mainWin
         connect(a, &QAction::triggered, this, show);
     }
 
-    SensorStream& stream = core_.stream();
-    core_.session().owner().setToolShowing(LinkOwner::Tool::BinFileDownloader, [this] { return downloader_ && downloader_->isVisible(); });
-    core_.session().owner().setToolShowing(LinkOwner::Tool::RegisterViewer,
-                          [this] { return registerViewer_ && registerViewer_->isVisible(); });
-    core_.session().owner().setToolShowing(LinkOwner::Tool::ActiveTest, [this] { return activeTest_ && activeTest_->isVisible(); });
-    stream.setActiveTestRpmHook([this](const QString& text) {
-        if (activeTest_)
-            activeTest_->test().setRpmText(text);
+    windows_.setMaker(Kind::BinFileDownloader, [this] {
+        auto* w = new BinFileDownloaderWindow(core_.session(), core_.store(), mainWindow_);
+        w->setWindowFlag(Qt::Window);
+        return w;
+    });
+    windows_.setMaker(Kind::RegisterViewer, [this] {
+        auto* w = new RegisterViewerWindow(core_.session(), mainWindow_);
+        w->setWindowFlag(Qt::Window);
+        connect(w, &RegisterViewerWindow::hexChartRequested, this, &EcuToolWindows::hexChartRequested);
+        return w;
+    });
+    windows_.setMaker(Kind::ActiveTest, [this] { return new ActiveTestWindow(core_.session(), &core_.stream(), mainWindow_); });
+
+    // While one of them shows, the tool holds the link.
+    const std::pair<LinkOwner::Tool, Kind> tools[] = {
+        {LinkOwner::Tool::BinFileDownloader, Kind::BinFileDownloader},
+        {LinkOwner::Tool::RegisterViewer, Kind::RegisterViewer},
+        {LinkOwner::Tool::ActiveTest, Kind::ActiveTest},
+    };
+    for (const auto& [tool, kind] : tools)
+        core_.session().owner().setToolShowing(tool, [this, kind = kind] { return windows_.showing(kind); });
+    core_.stream().setActiveTestRpmHook([this](const QString& text) {
+        if (ActiveTestWindow* w = activeTest())
+            w->test().setRpmText(text);
     });
 }
 
 EcuToolWindows::~EcuToolWindows()
 {
-    SensorStream& stream = core_.stream();
-    core_.session().owner().setToolShowing(LinkOwner::Tool::BinFileDownloader, {});
-    core_.session().owner().setToolShowing(LinkOwner::Tool::RegisterViewer, {});
-    core_.session().owner().setToolShowing(LinkOwner::Tool::ActiveTest, {});
-    stream.setActiveTestRpmHook({});
+    for (LinkOwner::Tool tool : {LinkOwner::Tool::BinFileDownloader, LinkOwner::Tool::RegisterViewer,
+                                 LinkOwner::Tool::ActiveTest})
+        core_.session().owner().setToolShowing(tool, {});
+    core_.stream().setActiveTestRpmHook({});
 }
 
 BinFileDownloaderWindow* EcuToolWindows::binFileDownloader() const
 {
-    return downloader_;
+    return windows_.existing<BinFileDownloaderWindow>(Kind::BinFileDownloader);
 }
 
 RegisterViewerWindow* EcuToolWindows::registerViewer() const
 {
-    return registerViewer_;
+    return windows_.existing<RegisterViewerWindow>(Kind::RegisterViewer);
 }
 
 ActiveTestWindow* EcuToolWindows::activeTest() const
 {
-    return activeTest_;
+    return windows_.existing<ActiveTestWindow>(Kind::ActiveTest);
 }
 
 bool EcuToolWindows::refused()
@@ -73,33 +90,17 @@ bool EcuToolWindows::refused()
 void EcuToolWindows::showBinFileDownloader()
 {
     // Opened without any test: the tests come at Start.
-    if (!downloader_) {
-        downloader_ = new BinFileDownloaderWindow(core_.session(), core_.store(), mainWindow_);
-        downloader_->setWindowFlag(Qt::Window);
-    }
-    downloader_->show();
-    downloader_->raise();
+    windows_.show(Kind::BinFileDownloader);
 }
 
 void EcuToolWindows::showRegisterViewer()
 {
-    if (refused())
-        return;
-    if (!registerViewer_) {
-        registerViewer_ = new RegisterViewerWindow(core_.session(), mainWindow_);
-        registerViewer_->setWindowFlag(Qt::Window);
-        connect(registerViewer_, &RegisterViewerWindow::hexChartRequested, this, &EcuToolWindows::hexChartRequested);
-    }
-    registerViewer_->show();
-    registerViewer_->raise();
+    if (!refused())
+        windows_.show(Kind::RegisterViewer);
 }
 
 void EcuToolWindows::showActiveTest()
 {
-    if (refused())
-        return;
-    if (!activeTest_)
-        activeTest_ = new ActiveTestWindow(core_.session(), &core_.stream(), mainWindow_);
-    activeTest_->show();
-    activeTest_->raise();
+    if (!refused())
+        windows_.show(Kind::ActiveTest);
 }

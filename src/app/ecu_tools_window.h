@@ -3,8 +3,9 @@
 // last two open, and the monitor's refusal while any of them is showing.
 #pragma once
 
+#include "app/window_registry.h"
+
 #include <QObject>
-#include <QPointer>
 
 class AppCore;
 class QMenu;
@@ -16,7 +17,7 @@ class RegisterViewerWindow;
 class EcuToolWindows : public QObject {
     Q_OBJECT
 public:
-    EcuToolWindows(AppCore& core, QMenu* toolsMenu, QWidget* mainWindow);
+    EcuToolWindows(AppCore& core, WindowRegistry& windows, QMenu* toolsMenu, QWidget* mainWindow);
     ~EcuToolWindows() override;
 
     void showBinFileDownloader();
@@ -36,8 +37,6 @@ private:
     bool refused();
 
     AppCore& core_;
+    WindowRegistry& windows_;
     QWidget* mainWindow_;
-    QPointer<BinFileDownloaderWindow> downloader_;
-    QPointer<RegisterViewerWindow> registerViewer_;
-    QPointer<ActiveTestWindow> activeTest_;
 };

@@ -128,6 +128,7 @@ MainWindow::MainWindow(AppCore& core, QWidget* parent)
 {
     setObjectName(QStringLiteral("MainWindow"));
     setWindowTitle(QStringLiteral("Vexorin V2.5.1 (Tuning Edition)"));
+    registerWindowMakers();
     buildMenus();
     setCentralWidget(new ClientArea(buildClientArea(), buildServicePanel(), this));
     buildStatusBar();
@@ -154,12 +155,11 @@ MainWindow::MainWindow(AppCore& core, QWidget* parent)
         panels_[panel - 1]->setText(text);
     });
     connect(&core_.views(), &MonitorViews::viewChanged, this, &MainWindow::refreshViews);
-    core_.session().owner().setToolShowing(LinkOwner::Tool::MapViewer, [] { return MapViewerWindow::anyShowing(); });
     connect(&core_, &AppCore::started, this, &MainWindow::applyStartupSettings);
     connect(&core_.splash(), &Splash::showRequested, this, &MainWindow::showSplash);
     connect(&core_.splash(), &Splash::unloadRequested, this, [this] {
-        if (splash_)
-            splash_->close();
+        if (QWidget* splash = registry_.existing(WindowRegistry::Kind::Splash))
+            splash->close();
     });
     connect(&core_.updateCheck(), &UpdateCheck::message, this,
             [this](const QString& text, const QString& title) { MessageBoxes::information(this, text, title); });

@@ -4,6 +4,8 @@
 #pragma once
 
 #include "app/options_menu.h"
+#include "app/window_registry.h"
+#include "ui/twips.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -39,9 +41,8 @@ class EcuToolWindows;
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
-    static constexpr int kTwipsPerPixel = 15;
-    static constexpr int px(int twips) { return twips / kTwipsPerPixel; }
-    static constexpr int twips(int pixels) { return pixels * kTwipsPerPixel; }
+    static constexpr int px(int twips) { return vexorin::ui::px(twips); }
+    static constexpr int twips(int pixels) { return vexorin::ui::twips(pixels); }
     static constexpr int kClientWidthTwips = 12840;
     static constexpr int kClientHeightTwips = 7200;
 
@@ -80,6 +81,8 @@ public:
     void exitFromMenu();
     // Every other window, in the fixed order of the shutdown.
     void unloadWindows();
+    // The other windows: made on first use, known while they live.
+    WindowRegistry& windows() { return registry_; }
     // The stored geometry and "Stay on top", applied when the start-up has run.
     void applyStartupSettings();
 
@@ -115,8 +118,10 @@ private:
     void showSpeechEngines();
     void placeSharedSpotFrames();
     void showExternalSensors();
+    void registerWindowMakers();
 
     AppCore& core_;
+    WindowRegistry registry_;
     QMenu* consultMenu_ = nullptr;
     QAction* portRowsStart_ = nullptr;
     QAction* portRowsEnd_ = nullptr;
@@ -134,15 +139,9 @@ private:
     QLabel* panels_[8] = {};
     QPlainTextEdit* sessionLog_ = nullptr;
     SensorPanel* sensorPanel_ = nullptr;
-    QPointer<InterfaceCheckWindow> interfaceCheck_;
     LargeViewPanel* largeViewer_ = nullptr;
-    QPointer<DashWindow> dash_;
-    QPointer<ByteViewerWindow> byteViewer_;
     QAction* viewAllAction_ = nullptr;
     QAction* largeViewAction_ = nullptr;
-    QPointer<StartupAnnounceWindow> startupAnnounce_;
-    QPointer<FaultCodesWindow> faultCodesWindow_;
-    QPointer<SpeechEnginesWindow> speechEngines_;
     QList<QWidget*> sharedSpotFrames_;
     GraphWidget* graphWidget_ = nullptr;
     QLabel* graphSensorLabel_ = nullptr;
@@ -152,20 +151,13 @@ private:
     ColorPicker* pointColor_ = nullptr;
     QAction* showLinesAction_ = nullptr;
     QAction* threeDAction_ = nullptr;
-    QPointer<GraphTestWindow> graphTest_;
-    QPointer<LogPlayerWindow> logPlayer_;
-    QPointer<MapViewerWindow> mapViewer_;
-    QPointer<BinViewerWindow> binViewer_;
     EcuToolWindows* ecuTools_ = nullptr;
     QAction* captureAction_ = nullptr;
     QList<QAction*> intervalActions_;
     QList<QAction*> voiceTypeActions_;
     QList<std::pair<QAction*, bool (OptionsMenu::*)() const>> optionChecks_;
-    QPointer<ExternalSensorsWindow> externalSensors_;
     QAction* stayOnTopAction_ = nullptr;
     ColorFramePanel* colorFramePanel_ = nullptr;
-    QPointer<SplashWindow> splash_;
-    QPointer<CreditsWindow> credits_;
     WindowGeometry storedGeometry_;
     bool placedOnShow_ = false;
     void placeAtStoredGeometry();

@@ -143,12 +143,9 @@ void MainWindow::buildMenus()
     add(tools, "BinFileViewer", QStringLiteral("BIN File Viewer/Editor"), [this] { showBinViewer(); });
 
     // The ECU tools: BIN File Downloader, E.C.U. Register Viewer, Active Test.
-    ecuTools_ = new EcuToolWindows(core_, tools, this);
-    connect(ecuTools_, &EcuToolWindows::hexChartRequested, this, [this] {
-        HexChartWindow* chart = BinViewerWindow::hexChart(this);
-        chart->show();
-        chart->raise();
-    });
+    ecuTools_ = new EcuToolWindows(core_, registry_, tools, this);
+    connect(ecuTools_, &EcuToolWindows::hexChartRequested, this,
+            [this] { registry_.show(WindowRegistry::Kind::HexChart); });
 
     QMenu* alerts = menuBar()->addMenu(tr("&Alerts"));
     for (int i = 0; i < 2; ++i) {

@@ -4,11 +4,14 @@
 
 #include "app/app_core.h"
 #include "app/credits_window.h"
-#include "app/splash.h"
-#include "app/splash_window.h"
-#include "consult/fault_codes.h"
+#include "app/ecu_tools_window.h"
 #include "app/fault_codes_window.h"
 #include "app/interface_check_window.h"
+#include "app/splash.h"
+#include "app/splash_window.h"
+#include "consult/consult_session.h"
+#include "consult/fault_codes.h"
+#include "consult/link_owner.h"
 #include "external/external_sensors.h"
 #include "external/external_sensors_window.h"
 #include "graph/graph_feed.h"
@@ -21,7 +24,6 @@
 #include "sensors/dash_window.h"
 #include "tools/active_test_window.h"
 #include "tools/bin_file_downloader_window.h"
-#include "app/ecu_tools_window.h"
 #include "tools/register_viewer_window.h"
 #include "ui/message_box.h"
 #include "ui/owned_dialogs.h"
@@ -31,144 +33,108 @@
 
 #include <QCloseEvent>
 
-ExternalSensorsWindow* MainWindow::externalSensorsWindow() const
+using Kind = WindowRegistry::Kind;
+
+// How each window is made on first use. Windows the registry does not make
+// (the Register Viewer's and the BIN viewers' Hex Chart, further viewers, the
+// sensor name dialog) join it when they appear.
+void MainWindow::registerWindowMakers()
 {
-    return externalSensors_;
+    const auto window = [this](QWidget* w, bool deleteOnClose = false) {
+        if (deleteOnClose)
+            w->setAttribute(Qt::WA_DeleteOnClose);
+        return w;
+    };
+    const std::pair<Kind, std::function<QWidget*()>> makers[] = {
+        {Kind::Credits, [=] { return window(new CreditsWindow(this), true); }},
+        {Kind::HexChart, [this] { return new HexChartWindow(this); }},
+        {Kind::MapViewer, [this] {
+             auto* w = new MapViewerWindow(core_.session(), 0, this);
+             connect(w, &MapViewerWindow::viewerOpened, this,
+                     [this](MapViewerWindow* more) { registry_.add(Kind::MapViewer, more); });
+             return w;
+         }},
+        {Kind::StartupAnnounce, [this] { return new StartupAnnounceWindow(core_.store(), core_.voice().out(), this); }},
+        {Kind::ByteViewer, [this] { return new ByteViewerWindow(core_.byteViewer(), this); }},
+        {Kind::GraphTest, [this] { return new GraphTestWindow(core_.graphFeed(), this); }},
+        {Kind::BinViewer, [this] {
+             auto* w = new BinViewerWindow(1, this);
+             w->setHexChartSource([this] { return registry_.make<HexChartWindow>(Kind::HexChart); });
+             connect(w, &BinViewerWindow::viewerOpened, this,
+                     [this](BinViewerWindow* more) { registry_.add(Kind::BinViewer, more); });
+             return w;
+         }},
+        {Kind::LogPlayer, [this] { return new LogPlayerWindow(this); }},
+        {Kind::InterfaceCheck, [this] {
+             auto* w = new InterfaceCheckWindow(core_.ports().source(), this);
+             connect(w, &InterfaceCheckWindow::errorBox, this,
+                     [this](const QString& t, const QString& title) { MessageBoxes::critical(this, t, title); });
+             return w;
+         }},
+        {Kind::FaultCodes, [this] { return new FaultCodesWindow(this); }},
+        {Kind::Dash, [this] { return new DashWindow(core_.displays(), this); }},
+        // Goes with its port when it is closed, and is made afresh (settings read again) at the next opening.
+        {Kind::ExternalSensors, [=] {
+             auto* w = new ExternalSensorsWindow(core_.makeExternalSensors(), this);
+             connect(w, &ExternalSensorsWindow::interfaceCheckRequested, this, &MainWindow::showInterfaceCheck);
+             return window(w, true);
+         }},
+        {Kind::SpeechEngines, [this] { return new SpeechEnginesWindow(this); }},
+        {Kind::Splash, [=] { return window(new SplashWindow(core_.splash(), this), true); }},
+    };
+    for (const auto& [kind, make] : makers)
+        registry_.setMaker(kind, make);
+    // The link's rule asks whether a Map Viewer is showing.
+    core_.session().owner().setToolShowing(LinkOwner::Tool::MapViewer,
+                                           [this] { return registry_.showing(Kind::MapViewer); });
 }
 
-InterfaceCheckWindow* MainWindow::interfaceCheckWindow() const
-{
-    return interfaceCheck_;
-}
-
-DashWindow* MainWindow::dashWindow() const
-{
-    return dash_;
-}
-
-ByteViewerWindow* MainWindow::byteViewerWindow() const
-{
-    return byteViewer_;
-}
-
-StartupAnnounceWindow* MainWindow::startupAnnounceWindow() const
-{
-    return startupAnnounce_;
-}
-
-FaultCodesWindow* MainWindow::faultCodesWindow() const
-{
-    return faultCodesWindow_;
-}
-
-SpeechEnginesWindow* MainWindow::speechEnginesWindow() const
-{
-    return speechEngines_;
-}
-
-GraphTestWindow* MainWindow::graphTestWindow() const
-{
-    return graphTest_;
-}
-
-LogPlayerWindow* MainWindow::logPlayerWindow() const
-{
-    return logPlayer_;
-}
+ExternalSensorsWindow* MainWindow::externalSensorsWindow() const { return registry_.existing<ExternalSensorsWindow>(Kind::ExternalSensors); }
+InterfaceCheckWindow* MainWindow::interfaceCheckWindow() const { return registry_.existing<InterfaceCheckWindow>(Kind::InterfaceCheck); }
+DashWindow* MainWindow::dashWindow() const { return registry_.existing<DashWindow>(Kind::Dash); }
+ByteViewerWindow* MainWindow::byteViewerWindow() const { return registry_.existing<ByteViewerWindow>(Kind::ByteViewer); }
+StartupAnnounceWindow* MainWindow::startupAnnounceWindow() const { return registry_.existing<StartupAnnounceWindow>(Kind::StartupAnnounce); }
+FaultCodesWindow* MainWindow::faultCodesWindow() const { return registry_.existing<FaultCodesWindow>(Kind::FaultCodes); }
+SpeechEnginesWindow* MainWindow::speechEnginesWindow() const { return registry_.existing<SpeechEnginesWindow>(Kind::SpeechEngines); }
+GraphTestWindow* MainWindow::graphTestWindow() const { return registry_.existing<GraphTestWindow>(Kind::GraphTest); }
+LogPlayerWindow* MainWindow::logPlayerWindow() const { return registry_.existing<LogPlayerWindow>(Kind::LogPlayer); }
+MapViewerWindow* MainWindow::mapViewerWindow() const { return registry_.existing<MapViewerWindow>(Kind::MapViewer); }
+BinViewerWindow* MainWindow::binViewerWindow() const { return registry_.existing<BinViewerWindow>(Kind::BinViewer); }
+SplashWindow* MainWindow::splashWindow() const { return registry_.existing<SplashWindow>(Kind::Splash); }
+CreditsWindow* MainWindow::creditsWindow() const { return registry_.existing<CreditsWindow>(Kind::Credits); }
 
 void MainWindow::showGraphTest()
 {
-    if (!graphTest_)
-        graphTest_ = new GraphTestWindow(core_.graphFeed(), this);
+    registry_.make(Kind::GraphTest);
     core_.graphFeed().showGraphTest();
-    graphTest_->show();
-    graphTest_->raise();
+    registry_.show(Kind::GraphTest);
 }
 
 void MainWindow::showInterfaceCheck()
 {
-    if (!interfaceCheck_) {
-        interfaceCheck_ = new InterfaceCheckWindow(core_.ports().source(), this);
-        connect(interfaceCheck_, &InterfaceCheckWindow::errorBox, this,
-                [this](const QString& t, const QString& title) { MessageBoxes::critical(this, t, title); });
-    }
-    interfaceCheck_->reload();
-    interfaceCheck_->show();
-    interfaceCheck_->raise();
+    registry_.make<InterfaceCheckWindow>(Kind::InterfaceCheck)->reload();
+    registry_.show(Kind::InterfaceCheck);
 }
 
-void MainWindow::showDash()
-{
-    if (!dash_)
-        dash_ = new DashWindow(core_.displays(), this);
-    dash_->show();
-    dash_->raise();
-}
-
-void MainWindow::showByteViewer()
-{
-    if (!byteViewer_)
-        byteViewer_ = new ByteViewerWindow(core_.byteViewer(), this);
-    byteViewer_->show();
-    byteViewer_->raise();
-}
-
-MapViewerWindow* MainWindow::mapViewerWindow() const
-{
-    return mapViewer_;
-}
-
-void MainWindow::showMapViewer()
-{
-    if (!mapViewer_)
-        mapViewer_ = new MapViewerWindow(core_.session(), 0, this);
-    mapViewer_->show();
-    mapViewer_->raise();
-}
-
-BinViewerWindow* MainWindow::binViewerWindow() const
-{
-    return binViewer_;
-}
-
-void MainWindow::showBinViewer()
-{
-    if (!binViewer_)
-        binViewer_ = new BinViewerWindow(1, this);
-    binViewer_->show();
-    binViewer_->raise();
-}
-
-void MainWindow::showLogPlayer()
-{
-    if (!logPlayer_)
-        logPlayer_ = new LogPlayerWindow(this);
-    logPlayer_->show();
-    logPlayer_->raise();
-}
+void MainWindow::showDash() { registry_.show(Kind::Dash); }
+void MainWindow::showByteViewer() { registry_.show(Kind::ByteViewer); }
+void MainWindow::showMapViewer() { registry_.show(Kind::MapViewer); }
+void MainWindow::showBinViewer() { registry_.show(Kind::BinViewer); }
+void MainWindow::showLogPlayer() { registry_.show(Kind::LogPlayer); }
+void MainWindow::showFaultCodes() { registry_.show(Kind::FaultCodes); }
+void MainWindow::showSplash() { registry_.show(Kind::Splash); }
+void MainWindow::showCredits() { registry_.show(Kind::Credits); }
+void MainWindow::showExternalSensors() { registry_.show(Kind::ExternalSensors); }
 
 void MainWindow::showStartupAnnounce()
 {
-    if (!startupAnnounce_)
-        startupAnnounce_ = new StartupAnnounceWindow(core_.store(), core_.voice().out(), this);
-    startupAnnounce_->open();
-}
-
-void MainWindow::showFaultCodes()
-{
-    if (!faultCodesWindow_)
-        faultCodesWindow_ = new FaultCodesWindow(this);
-    faultCodesWindow_->show();
-    faultCodesWindow_->raise();
+    registry_.make<StartupAnnounceWindow>(Kind::StartupAnnounce)->open();
 }
 
 void MainWindow::showSpeechEngines()
 {
-    if (!speechEngines_)
-        speechEngines_ = new SpeechEnginesWindow(this);
-    speechEngines_->reload();
-    speechEngines_->show();
-    speechEngines_->raise();
+    registry_.make<SpeechEnginesWindow>(Kind::SpeechEngines)->reload();
+    registry_.show(Kind::SpeechEngines);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)
@@ -188,82 +154,8 @@ void MainWindow::exitFromMenu()
 
 void MainWindow::unloadWindows()
 {
-    const auto one = [](QWidget* w) { return w ? QList<QWidget*>{w} : QList<QWidget*>{}; };
-    const auto many = [](const auto& windows) {
-        QList<QWidget*> list;
-        for (QWidget* w : windows)
-            list.append(w);
-        return list;
-    };
-    const std::function<QList<QWidget*>()> order[] = {
-        [&] { return one(credits_); },
-        [&] { return one(BinViewerWindow::existingHexChart()); },
-        [&] { return many(MapViewerWindow::all()); },
-        [&] { return one(startupAnnounce_); },
-        [&] { return one(byteViewer_); },
-        [&] { return one(graphTest_); },
-        [&] { return many(BinViewerWindow::all()); },
-        [&] { return one(ecuTools_->binFileDownloader()); },
-        [&] { return one(ecuTools_->activeTest()); },
-        [&] { return one(logPlayer_); },
-        [&] { return one(ecuTools_->registerViewer()); },
-        [&] { return one(interfaceCheck_); },
-        [&] { return one(faultCodesWindow_); },
-        [&] { return one(dash_); },
-        [&] { return one(externalSensors_); },
-        [&] { return one(findChild<QWidget*>(QStringLiteral("SensorName"), Qt::FindDirectChildrenOnly)); },
-        [&] { return one(speechEngines_); },
-        [&] { return one(splash_); },
-    };
-    for (const auto& windows : order) {
-        for (QWidget* w : windows()) {
-            // Each window closes as its own close would (the Active Test sends its
-            // last byte, viewers stop loading), then goes.
-            emit windowUnloading(w->objectName());
-            vexorin::ui::unloadWindow(w);
-        }
-    }
-}
-
-SplashWindow* MainWindow::splashWindow() const
-{
-    return splash_;
-}
-
-CreditsWindow* MainWindow::creditsWindow() const
-{
-    return credits_;
-}
-
-void MainWindow::showSplash()
-{
-    if (!splash_) {
-        splash_ = new SplashWindow(core_.splash(), this);
-        splash_->setAttribute(Qt::WA_DeleteOnClose);
-    }
-    splash_->show();
-    splash_->raise();
-}
-
-void MainWindow::showCredits()
-{
-    if (!credits_) {
-        credits_ = new CreditsWindow(this);
-        credits_->setAttribute(Qt::WA_DeleteOnClose);
-    }
-    credits_->show();
-    credits_->raise();
-}
-
-// External sensors. The window goes with its port when it is closed, and is
-// made afresh (settings read again) at the next opening.
-void MainWindow::showExternalSensors()
-{
-    if (!externalSensors_) {
-        externalSensors_ = new ExternalSensorsWindow(core_.makeExternalSensors(), this);
-        externalSensors_->setAttribute(Qt::WA_DeleteOnClose);
-        connect(externalSensors_, &ExternalSensorsWindow::interfaceCheckRequested, this, &MainWindow::showInterfaceCheck);
-    }
-    externalSensors_->show();
-    externalSensors_->raise();
+    // The sensor name dialog is made by the External Gauge Monitor's window.
+    if (QWidget* names = findChild<QWidget*>(QStringLiteral("SensorName"), Qt::FindDirectChildrenOnly))
+        registry_.add(Kind::SensorName, names);
+    registry_.unloadAll([this](QWidget* w) { emit windowUnloading(w->objectName()); });
 }

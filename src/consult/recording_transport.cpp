@@ -47,8 +47,11 @@ void RecordingTransport::line(const QString& text)
     if (!file_ || !file_->isOpen())
         return;
     file_->write(text.toLatin1() + '\n');
-    if (auto* file = qobject_cast<QFileDevice*>(file_.get()))
-        file->flush();
+    // Written out at every request, so a recording survives the program; not at
+    // every few bytes that arrive.
+    if (text.startsWith(QLatin1Char('W')) || text.startsWith(QLatin1Char('#')))
+        if (auto* file = qobject_cast<QFileDevice*>(file_.get()))
+            file->flush();
 }
 
 void RecordingTransport::flushWrites()

@@ -7,6 +7,7 @@
 #include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
 #include "ui/window_capture.h"
+#include "ui/twips.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -131,7 +132,7 @@ LogPlayerWindow::LogPlayerWindow(QWidget* parent)
 
     connect(&p, &LogPlayer::changed, this, &LogPlayerWindow::refresh);
     connect(&p, &LogPlayer::message, this, [this](const QString& t) { MessageBoxes::information(this, t); });
-    resize(kWidthTwips / 15, kHeightTwips / 15);
+    resize(vexorin::ui::px(kWidthTwips), vexorin::ui::px(kHeightTwips));
     refresh();
     vexorin::ui::keepTextPlain(this);
 }

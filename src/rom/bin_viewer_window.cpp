@@ -13,6 +13,7 @@
 #include "ui/user_input.h"
 #include "ui/vb_color.h"
 #include "ui/window_capture.h"
+#include "ui/twips.h"
 
 #include <QAction>
 #include <QApplication>
@@ -35,28 +36,17 @@
 #include <QVBoxLayout>
 
 namespace {
-constexpr int kTwipsPerPixel = 15;
 constexpr int kHeadingWidthTwips = 1075;
 constexpr int kEnter = 13;
 constexpr int kBackspace = 8;
 
-QList<BinViewerWindow*>& registry()
-{
-    static QList<BinViewerWindow*> windows;
-    return windows;
-}
-
-QPointer<HexChartWindow>& hexChartWindow()
-{
-    static QPointer<HexChartWindow> window;
-    return window;
-}
 }  // namespace
 
 BinViewerWindow::BinViewerWindow(int formCount, QWidget* parent)
     : QWidget(parent, Qt::Window), viewer_(new BinViewer(formCount, this))
 {
-    registry().append(this);
+    family_ = std::make_shared<Family>();
+    family_->viewers.append(this);
     setObjectName(QStringLiteral("BINViewer"));
     setWindowTitle(BinViewer::kCaption);
     auto* outer = new QVBoxLayout(this);
@@ -189,7 +179,7 @@ BinViewerWindow::BinViewerWindow(int formCount, QWidget* parent)
             MessageBoxes::information(this, text);
     });
     v.setYield(throttledEventLoop());
-    resize(kWidthTwips / kTwipsPerPixel, kHeightTwips / kTwipsPerPixel);
+    resize(kWidthTwips / vexorin::ui::kTwipsPerPixel, kHeightTwips / vexorin::ui::kTwipsPerPixel);
     grid_->showGrid(v.grid());
     refresh();
     vexorin::ui::keepTextPlain(this);
@@ -198,24 +188,33 @@ BinViewerWindow::BinViewerWindow(int formCount, QWidget* parent)
 BinViewerWindow::~BinViewerWindow()
 {
     viewer_->abortLoad();
-    registry().removeAll(this);
+    family_->viewers.removeAll(this);
 }
 
-QList<BinViewerWindow*> BinViewerWindow::all()
+QList<BinViewerWindow*> BinViewerWindow::family() const
 {
-    return registry();
+    QList<BinViewerWindow*> out;
+    for (const QPointer<BinViewerWindow>& w : family_->viewers)
+        if (w)
+            out.append(w);
+    return out;
 }
 
-HexChartWindow* BinViewerWindow::hexChart(QWidget* owner)
+void BinViewerWindow::setHexChartSource(std::function<HexChartWindow*()> source)
 {
-    if (!hexChartWindow())
-        hexChartWindow() = new HexChartWindow(owner);
-    return hexChartWindow();
+    family_->chartSource = std::move(source);
 }
 
-HexChartWindow* BinViewerWindow::existingHexChart()
+HexChartWindow* BinViewerWindow::hexChart()
 {
-    return hexChartWindow();
+    if (!family_->chart)
+        family_->chart = family_->chartSource ? family_->chartSource() : new HexChartWindow(parentWidget());
+    return family_->chart;
+}
+
+HexChartWindow* BinViewerWindow::existingHexChart() const
+{
+    return family_->chart;
 }
 
 QAction* BinViewerWindow::action(const QString& objectName) const
@@ -240,7 +239,7 @@ void BinViewerWindow::buildMenus()
     tips->setCheckable(true);
     tips->setChecked(true);
     add(tools, "HexChart", "View Hex Chart", [this] {
-        HexChartWindow* chart = hexChart(parentWidget());
+        HexChartWindow* chart = hexChart();
         chart->show();
         chart->raise();
     });
@@ -333,9 +332,12 @@ void BinViewerWindow::saveSnapshot()
 BinViewerWindow* BinViewerWindow::openNewViewer()
 {
     auto* w = new BinViewerWindow(viewer_->nextFormCount(), parentWidget());
+    w->family_ = family_;
+    family_->viewers.append(w);
     w->setAttribute(Qt::WA_DeleteOnClose);
     w->setWindowTitle(viewer_->nextViewerCaption());
     w->show();
+    emit viewerOpened(w);
     return w;
 }
 
@@ -349,10 +351,10 @@ void BinViewerWindow::unload()
 
 void BinViewerWindow::exitViewer()
 {
-    for (BinViewerWindow* w : registry())
+    for (BinViewerWindow* w : family())
         if (w != this)
             w->unload();
-    if (HexChartWindow* chart = hexChartWindow()) {
+    if (HexChartWindow* chart = existingHexChart()) {
         chart->hide();
         chart->deleteLater();
     }

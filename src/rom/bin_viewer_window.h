@@ -3,6 +3,9 @@
 #pragma once
 
 #include <QWidget>
+#include <memory>
+#include <functional>
+#include <QPointer>
 
 class BinViewer;
 class ColorPicker;
@@ -25,10 +28,13 @@ public:
     ~BinViewerWindow() override;
 
     BinViewer& viewer() { return *viewer_; }
-    static QList<BinViewerWindow*> all();
+    // This window and the viewers opened from it or beside it, while they live.
+    QList<BinViewerWindow*> family() const;
+    // Where "View Hex Chart" finds its window; by default the family makes its own.
+    void setHexChartSource(std::function<HexChartWindow*()> source);
     // The Hex Chart window, made on first use.
-    static HexChartWindow* hexChart(QWidget* owner);
-    static HexChartWindow* existingHexChart();
+    HexChartWindow* hexChart();
+    HexChartWindow* existingHexChart() const;
 
     MapGridWidget* grid() const { return grid_; }
     QComboBox* bankSelector() const { return banks_; }
@@ -45,6 +51,10 @@ public:
     BinViewerWindow* openNewViewer();
     // "Exit": every BIN File Viewer/Editor and the Hex Chart go, then this window.
     void exitViewer();
+
+signals:
+    // "Open New Viewer" made another viewer.
+    void viewerOpened(BinViewerWindow* viewer);
 
 protected:
     void closeEvent(QCloseEvent* e) override;
@@ -67,4 +77,11 @@ private:
     QCheckBox* editMode_;
     QPlainTextEdit* notes_;
     QLineEdit* editBox_;
+    // What the viewers opened from one another share.
+    struct Family {
+        QList<QPointer<BinViewerWindow>> viewers;
+        QPointer<HexChartWindow> chart;
+        std::function<HexChartWindow*()> chartSource;
+    };
+    std::shared_ptr<Family> family_;
 };

@@ -1,10 +1,10 @@
 #include "rom/map_grid_widget.h"
+#include "ui/twips.h"
 
 #include <QHeaderView>
 #include <algorithm>
 
 namespace {
-constexpr int kTwipsPerPixel = 15;
 constexpr int kRowHeight = 18;
 // Room for the widest figure ("19.60", "12750") in the grid's font.
 constexpr int kTextPadding = 6;
@@ -33,7 +33,7 @@ MapGridWidget::MapGridWidget(QWidget* parent) : QTableWidget(MapGrid::kSize, Map
     setFont(f);
     const int cellText = QFontMetrics(f).horizontalAdvance(QStringLiteral("19.60")) + kTextPadding;
     for (int c = 1; c < MapGrid::kSize; ++c)
-        setColumnWidth(c, std::max(kCellWidthTwips / kTwipsPerPixel, cellText));
+        setColumnWidth(c, std::max(kCellWidthTwips / vexorin::ui::kTwipsPerPixel, cellText));
     for (int r = 0; r < MapGrid::kSize; ++r) {
         setRowHeight(r, kRowHeight);
         for (int c = 0; c < MapGrid::kSize; ++c) {
@@ -52,7 +52,7 @@ void MapGridWidget::configure(int headingWidthTwips, const QString& widestHeadin
     QFont bold = font();
     bold.setBold(true);
     const int headingText = QFontMetrics(bold).horizontalAdvance(widestHeading) + kTextPadding;
-    setColumnWidth(0, std::max(headingWidthTwips / kTwipsPerPixel, headingText));
+    setColumnWidth(0, std::max(headingWidthTwips / vexorin::ui::kTwipsPerPixel, headingText));
     corner_ = corner;
     headingColumn_ = headingColumn;
     cells_ = cells;

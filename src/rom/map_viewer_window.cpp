@@ -10,6 +10,7 @@
 #include "ui/plain_text.h"
 #include "ui/user_input.h"
 #include "ui/window_capture.h"
+#include "ui/twips.h"
 
 #include <QAction>
 #include <QApplication>
@@ -33,13 +34,6 @@
 using vexorin::rom::kMaps;
 
 namespace {
-constexpr int kTwipsPerPixel = 15;
-
-QList<MapViewerWindow*>& registry()
-{
-    static QList<MapViewerWindow*> windows;
-    return windows;
-}
 
 // Tab 0 keeps the plain name; the other tabs add their number 2 to 6.
 QString perTabName(const char* name, int tab)
@@ -78,7 +72,8 @@ const struct ViewItem {
 MapViewerWindow::MapViewerWindow(ConsultSession& session, int formCount, QWidget* parent)
     : QWidget(parent, Qt::Window), viewer_(new MapViewer(session, formCount, this)), session_(session)
 {
-    registry().append(this);
+    family_ = std::make_shared<QList<QPointer<MapViewerWindow>>>();
+    family_->append(this);
     setObjectName(QStringLiteral("MapViewer"));
     setWindowTitle(viewer_->caption());
     auto* v = new QVBoxLayout(this);
@@ -133,7 +128,7 @@ MapViewerWindow::MapViewerWindow(ConsultSession& session, int formCount, QWidget
     });
     mv.setYield(throttledEventLoop());
 
-    resize(kWidthTwips / kTwipsPerPixel, kHeightTwips / kTwipsPerPixel);
+    resize(kWidthTwips / vexorin::ui::kTwipsPerPixel, kHeightTwips / vexorin::ui::kTwipsPerPixel);
     for (int t = 0; t < MapViewer::kTabs; ++t) {
         grid(t)->showGrid(mv.tab(t).grid);
         refreshTab(t);
@@ -145,20 +140,16 @@ MapViewerWindow::MapViewerWindow(ConsultSession& session, int formCount, QWidget
 MapViewerWindow::~MapViewerWindow()
 {
     viewer_->abortLoad();
-    registry().removeAll(this);
+    family_->removeAll(this);
 }
 
-bool MapViewerWindow::anyShowing()
+QList<MapViewerWindow*> MapViewerWindow::family() const
 {
-    for (const MapViewerWindow* w : registry())
-        if (w->isVisible())
-            return true;
-    return false;
-}
-
-QList<MapViewerWindow*> MapViewerWindow::all()
-{
-    return registry();
+    QList<MapViewerWindow*> out;
+    for (const QPointer<MapViewerWindow>& w : *family_)
+        if (w)
+            out.append(w);
+    return out;
 }
 
 QAction* MapViewerWindow::action(const QString& objectName) const
@@ -433,10 +424,13 @@ void MapViewerWindow::saveSnapshot()
 MapViewerWindow* MapViewerWindow::openNewViewer()
 {
     auto* w = new MapViewerWindow(session_, viewer_->nextFormCount(), parentWidget());
+    w->family_ = family_;
+    family_->append(w);
     w->setAttribute(Qt::WA_DeleteOnClose);
     w->viewer().setCaption(viewer_->nextViewerCaption());
     w->setWindowTitle(w->viewer().caption());
     w->show();
+    emit viewerOpened(w);
     return w;
 }
 
@@ -452,7 +446,7 @@ void MapViewerWindow::unload()
 void MapViewerWindow::exitViewer()
 {
     if (viewer_->TxtFormCount() >= 1) {
-        for (MapViewerWindow* w : registry())
+        for (MapViewerWindow* w : family())
             if (w != this)
                 w->unload();
     }

@@ -2,7 +2,9 @@
 // bar over its second panel, loading from a BIN file or the ECU, and editing.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
+#include <memory>
 #include <array>
 
 class ConsultSession;
@@ -28,9 +30,8 @@ public:
     ~MapViewerWindow() override;
 
     MapViewer& viewer() { return *viewer_; }
-    // True while any Map Viewer window is on screen.
-    static bool anyShowing();
-    static QList<MapViewerWindow*> all();
+    // This window and the viewers opened from it or beside it, while they live.
+    QList<MapViewerWindow*> family() const;
 
     QTabWidget* tabs() const { return tabs_; }
     MapGridWidget* grid(int tab) const { return pages_[std::size_t(tab)].grid; }
@@ -53,6 +54,8 @@ public:
 signals:
     // The window asks to be destroyed (its owner may hold a pointer to it).
     void unloaded();
+    // "Open New Viewer" made another viewer.
+    void viewerOpened(MapViewerWindow* viewer);
 
 protected:
     void closeEvent(QCloseEvent* e) override;
@@ -92,4 +95,5 @@ private:
     QLabel* status_;
     QProgressBar* progress_;
     std::array<Page, 6> pages_{};
+    std::shared_ptr<QList<QPointer<MapViewerWindow>>> family_;
 };

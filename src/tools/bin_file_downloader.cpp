@@ -162,8 +162,10 @@ void BinFileDownloader::startDownload()
 
 void BinFileDownloader::DownLoadBinFileTimerTick()
 {
-    if (session_.owner().busy())
+    if (session_.owner().busy()) {
+        tickMissed_ = true;
         return;
+    }
     labels_.CurrentTimeLabel = QStringLiteral("Current Time: ") + timeOfDay();
     ReadNextBurst();
 }
@@ -214,6 +216,7 @@ void BinFileDownloader::burst()
         return;
     }
     session_.owner().run(burstCycle(step.request, true), [this](const LinkOwner::Reply& reply) {
+        runMissedTick();
         if (!reply) {
             stall();
             return;
@@ -235,6 +238,22 @@ void BinFileDownloader::burst()
             emit progressChanged(progress_);
             emit labelsChanged();
         }
+    });
+}
+
+// A tick that fell due while a burst was on the line runs as soon as it ends,
+// as it did when the burst held the window: the bursts follow each other at
+// the line's own pace.
+void BinFileDownloader::runMissedTick()
+{
+    if (!tickMissed_)
+        return;
+    tickMissed_ = false;
+    QTimer::singleShot(0, this, [this] {
+        if (DownLoadBinFileTimer.isActive())
+            DownLoadBinFileTimerTick();
+        else if (VerifyTimer.isActive())
+            VerifyTimerTick();
     });
 }
 
@@ -456,8 +475,10 @@ void BinFileDownloader::startVerify()
 
 void BinFileDownloader::VerifyTimerTick()
 {
-    if (session_.owner().busy())
+    if (session_.owner().busy()) {
+        tickMissed_ = true;
         return;
+    }
     if (verifyOffset_ >= kProgressMaximum) {
         finishVerify(verifyReport());
         return;
@@ -469,6 +490,7 @@ void BinFileDownloader::VerifyTimerTick()
 
 void BinFileDownloader::verifyBurst(const std::optional<std::vector<std::uint8_t>>& reply)
 {
+    runMissedTick();
     if (!reply) {
         session_.log().AddLogMessage(vexorin::consult::timeoutMessage());
         finishVerify(QStringLiteral("Verify stopped at %1: no reply from the ECU within %2 seconds.")

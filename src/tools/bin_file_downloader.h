@@ -139,6 +139,7 @@ private:
     // A burst's reply; false for a Retry.
     bool burstArrived(const std::vector<std::uint8_t>& reply);
     void verifyBurst(const std::optional<std::vector<std::uint8_t>>& reply);
+    void runMissedTick();
     void completion();
     void stall();
     void resetTexts();
@@ -165,6 +166,7 @@ private:
     int chainLeft_ = 0;       // bursts the running tick may still chain
     bool inChain_ = false;
     bool nextAtOnce_ = false; // a Retry or a bare request wants the next burst now
+    bool tickMissed_ = false; // a tick fell due while a burst was on the line
     std::unique_ptr<QFile> binFile_;
     // Files of earlier Starts: kept open, as they were left.
     std::vector<std::unique_ptr<QFile>> keptFiles_;

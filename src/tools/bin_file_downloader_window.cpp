@@ -10,6 +10,7 @@
 #include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
 #include "ui/vb_color.h"
+#include "ui/twips.h"
 
 #include <QActionGroup>
 #include <QApplication>
@@ -30,7 +31,6 @@
 using namespace vexorin::tools;
 
 namespace {
-constexpr int kTwipsPerPixel = 15;
 const QString kMatrixStyle = QStringLiteral(
     "QLabel, QRadioButton, QLineEdit, QListWidget, QGroupBox { background-color: rgb(0,64,0); color: rgb(192,255,192); }"
     "QGroupBox { border: 1px solid rgb(0,140,40); margin-top: 8px; padding-top: 6px; }"
@@ -78,7 +78,7 @@ BinFileDownloaderWindow::BinFileDownloaderWindow(ConsultSession& session, Settin
     setAttribute(Qt::WA_DeleteOnClose);
     buildMenus();
     setCentralWidget(buildClientArea());
-    resize(9600 / kTwipsPerPixel, 7200 / kTwipsPerPixel);
+    resize(9600 / vexorin::ui::kTwipsPerPixel, 7200 / vexorin::ui::kTwipsPerPixel);
 
     downloader_.setFileChooser([this] {
         return mCommonDialog::saveFileName(this, QString::fromLatin1(vexorin::rom::kBinExtension),

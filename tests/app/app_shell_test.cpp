@@ -503,6 +503,11 @@ void AppShellTest::windowsUnloadInTheirOrder()
                              "UseExternalSensors", "BinFileDownloader"})
         w.action(QLatin1String(item))->trigger();
     w.binViewerWindow()->action(QStringLiteral("HexChart"))->trigger();
+    // A second Map Viewer, opened from the first, belongs to the registry too.
+    QPointer<MapViewerWindow> second = w.mapViewerWindow()->openNewViewer();
+    QCOMPARE(w.windows().all(WindowRegistry::Kind::MapViewer).size(), 2);
+    QVERIFY(w.windows().showing(WindowRegistry::Kind::MapViewer));
+    QCOMPARE(w.windows().existing(WindowRegistry::Kind::HexChart)->objectName(), QStringLiteral("HexChart"));
     QStringList order;
     connect(&w, &MainWindow::windowUnloading, this, [&](const QString& name) { order << name; });
     w.close();
@@ -518,8 +523,10 @@ void AppShellTest::windowsUnloadInTheirOrder()
         if (expected.contains(name) && !seen.contains(name))
             seen << name;
     QCOMPARE(seen, expected);
-    QVERIFY(MapViewerWindow::all().isEmpty());
-    QVERIFY(BinViewerWindow::all().isEmpty());
+    QCOMPARE(order.count(QStringLiteral("MapViewer")), 2);
+    QTRY_VERIFY(!second);
+    QTRY_VERIFY(w.windows().all(WindowRegistry::Kind::MapViewer).isEmpty());
+    QVERIFY(w.windows().all(WindowRegistry::Kind::BinViewer).isEmpty());
 }
 
 QTEST_MAIN(AppShellTest)

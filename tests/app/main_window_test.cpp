@@ -157,7 +157,7 @@ void MainWindowTest::servicePanelLiesBelowTheClientArea()
     QVERIFY(QTest::qWaitForWindowExposed(w.window.get()));
     auto* service = w.window->findChild<QWidget*>(QStringLiteral("ServicePanel"));
     QVERIFY(service);
-    QCOMPARE(service->y(), MainWindow::kClientHeightTwips / MainWindow::kTwipsPerPixel);
+    QCOMPARE(service->y(), MainWindow::kClientHeightTwips / vexorin::ui::kTwipsPerPixel);
     for (const char* b : {"Initialize", "Clear Buffer", "Sensor Commands", "Stop Data Flow", "Misc Command", "Command29"})
         QVERIFY2(w.button(QLatin1String(b)), b);
     // Out of sight at the design size.
