@@ -22,15 +22,9 @@ int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     PtyRig rig({QStringLiteral("--pace")});
-    if (!rig.start()) {
-        std::fprintf(stderr, "the simulator did not start\n");
+    if (!rig.startConnected())
         return 2;
-    }
     ConsultSession& session = rig.core->session();
-    if (!connectAndSettle(session)) {
-        std::fprintf(stderr, "no handshake\n");
-        return 2;
-    }
 
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("ecu.bin"));

@@ -37,16 +37,10 @@ int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     PtyRig rig({QStringLiteral("--pace")});
-    if (!rig.start()) {
-        std::fprintf(stderr, "the simulator did not start\n");
+    if (!rig.startConnected())
         return 2;
-    }
     AppCore& core = *rig.core;
     ConsultSession& session = core.session();
-    if (!connectAndSettle(session)) {
-        std::fprintf(stderr, "no handshake\n");
-        return 2;
-    }
 
     // 1. Monitoring a silent ECU.
     StallWatch stall;

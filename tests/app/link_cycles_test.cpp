@@ -40,6 +40,18 @@ struct ReadersRig : MonitorRig {
         transport->clearWritten();
     }
     int logCount(const QString& line) const { return int(log.messages().count(line)); }
+    // Monitoring with the ECU silent: one stream read on the line, its request returned.
+    QByteArray streamReadInFlight()
+    {
+        connect();
+        setFrame(FrameData{});
+        stream.MonitorOnOff();
+        session.GetAllSensorDataTimer.setInterval(60000);  // the test ticks by hand
+        ecu->silent = true;
+        transport->clearWritten();
+        stream.GetAllSensorDataTimerTick();
+        return transport->written();
+    }
 
     TempSettings settings;
     QTemporaryDir dir;
@@ -128,15 +140,8 @@ void LinkCyclesTest::cablePulledInTheMiddleOfACycle()
 void LinkCyclesTest::monitorOffDuringAReplyOfAWorkingEcu()
 {
     ReadersRig r;
-    r.connect();
-    r.setFrame(FrameData{});
-    r.stream.MonitorOnOff();
-    r.session.GetAllSensorDataTimer.setInterval(60000);
     // The ECU answers a little later than at once, as on a real line.
-    r.ecu->silent = true;
-    r.transport->clearWritten();
-    r.stream.GetAllSensorDataTimerTick();
-    const QByteArray request = r.transport->written();
+    const QByteArray request = r.streamReadInFlight();
     r.stream.MonitorOnOff();  // the click, while the frame is on its way
     QCOMPARE(r.session.MonitorSensorsOnLabel(), QStringLiteral("ON"));
     QTest::qWait(20);
@@ -151,13 +156,7 @@ void LinkCyclesTest::monitorOffDuringAReplyOfAWorkingEcu()
 void LinkCyclesTest::monitorOffDuringASilentReadTakesEffectAtOnce()
 {
     ReadersRig r;
-    r.connect();
-    r.stream.MonitorOnOff();
-    r.session.GetAllSensorDataTimer.setInterval(60000);
-    r.ecu->silent = true;
-    r.transport->clearWritten();
-    r.stream.GetAllSensorDataTimerTick();
-    const QByteArray request = r.transport->written();
+    const QByteArray request = r.streamReadInFlight();
     QElapsedTimer clock;
     clock.start();
     r.stream.MonitorOnOff();

@@ -11,6 +11,7 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <cstdio>
 #include <memory>
 
 inline int pickRowOf(PortSelection& ports, const QString& path)
@@ -49,6 +50,19 @@ struct PtyRig {
     {
         core->start();
         return !sim.path().isEmpty() && pickRowOf(core->portSelection(), sim.path()) > 0;
+    }
+    // Started and connected, identity reads done; says on stderr what failed.
+    bool startConnected()
+    {
+        if (!start()) {
+            std::fprintf(stderr, "the simulator did not start\n");
+            return false;
+        }
+        if (!connectAndSettle(core->session())) {
+            std::fprintf(stderr, "no handshake\n");
+            return false;
+        }
+        return true;
     }
     SimProcess sim;
     TempSettings settings;
