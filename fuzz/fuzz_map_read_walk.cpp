@@ -1,8 +1,9 @@
 // Any run of map read steps, for any of the six maps in any order and with
 // restarts between them (as "Load All ECU Data Maps" and the Stop button
-// leave the walk): every burst asks for eight addresses that start on a
-// multiple of eight and stay inside one bank, the walk never stands past the
-// end of a bank, and a fresh read of one map ends, in 36 bursts.
+// leave the walk): every burst asks for the eight addresses after where the
+// walk stood, in the bank it stands in, and leaves the walk on the last of
+// them. Then a fresh read of one map: every burst starts on a multiple of
+// eight inside one bank, and the read ends, in 36 bursts.
 #include "rom/map_decoding.h"
 #include "rom/map_read_walk.h"
 
@@ -19,18 +20,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (data[i] & 0x80)
             walk.restart();
         const MapSpec& map = kMaps[std::size_t(data[i] % kMaps.size())];
+        const MapReadState before = walk.state();
         const MapReadStep step = walk.next(map.fuel, map.bank);
         const MapReadState& s = walk.state();
-        if (s.low < -1 || s.low > 255 || (s.low + 1) % 8 != 0)
-            __builtin_trap();
         if (step.kind != MapReadStep::Kind::Burst)
             continue;
-        if (step.firstLow < 0 || step.firstLow % 8 != 0 || step.firstLow + 7 > 255)
+        if (step.lastLow != step.firstLow + 7 || step.high != s.high || s.low != step.lastLow)
             __builtin_trap();
-        if (step.lastLow != step.firstLow + 7 || step.high != s.high)
+        // From where it stood, or from the start of a scale's second stage.
+        if (step.firstLow != before.low + 1 && !step.cursorToCorner)
             __builtin_trap();
     }
-    // A fresh read of the last map chosen ends.
     const MapSpec& map = kMaps[size > 0 ? std::size_t(data[size - 1] % kMaps.size()) : 0];
     walk.restart();
     int bursts = 0;
@@ -38,7 +38,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const MapReadStep step = walk.next(map.fuel, map.bank);
         if (step.kind == MapReadStep::Kind::MapDone)
             break;
-        if (step.kind == MapReadStep::Kind::Burst && ++bursts > 36)
+        if (step.kind != MapReadStep::Kind::Burst)
+            continue;
+        if (step.firstLow < 0 || step.firstLow % 8 != 0 || step.lastLow > 255 || ++bursts > 36)
             __builtin_trap();
     }
     if (bursts != 36)

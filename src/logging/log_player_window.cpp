@@ -6,8 +6,8 @@
 #include "ui/message_box.h"
 #include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
-#include "ui/window_capture.h"
 #include "ui/twips.h"
+#include "ui/window_capture.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>

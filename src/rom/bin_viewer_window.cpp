@@ -10,10 +10,10 @@
 #include "ui/message_box.h"
 #include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
+#include "ui/twips.h"
 #include "ui/user_input.h"
 #include "ui/vb_color.h"
 #include "ui/window_capture.h"
-#include "ui/twips.h"
 
 #include <QAction>
 #include <QApplication>

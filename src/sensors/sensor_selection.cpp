@@ -1,8 +1,8 @@
 #include "sensors/sensor_selection.h"
 
 #include "consult/session_log.h"
-#include "sensors/sensor_displays.h"
 #include "consult/session_outputs.h"
+#include "sensors/sensor_displays.h"
 
 using namespace vexorin::sensors;
 

@@ -4,12 +4,12 @@
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
 #include "consult/link_owner.h"
-#include "consult/read_plans.h"
 #include "consult/link_writes.h"
+#include "consult/read_plans.h"
 #include "consult/session_log.h"
+#include "consult/session_outputs.h"
 #include "rom/rom_image.h"
 #include "ui/regular_file.h"
-#include "consult/session_outputs.h"
 
 #include <QTime>
 #include <QTimer>

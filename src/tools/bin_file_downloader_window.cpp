@@ -9,8 +9,8 @@
 #include "ui/message_box.h"
 #include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
-#include "ui/vb_color.h"
 #include "ui/twips.h"
+#include "ui/vb_color.h"
 
 #include <QActionGroup>
 #include <QApplication>

@@ -3,11 +3,11 @@
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
 #include "consult/link_writes.h"
+#include "consult/read_plans.h"
 #include "consult/session_log.h"
 #include "rom/register_regions.h"
 #include "rom/rom_image.h"
 #include "tools/ecu_tool_tables.h"
-#include "consult/read_plans.h"
 
 using namespace vexorin::rom;
 using namespace vexorin::tools;

@@ -1,13 +1,13 @@
 // Windows closed or unloaded while a real file dialog of theirs waits for an
 // answer: the dialog ends as cancelled, the windows go, nothing is freed twice
 // (run under AddressSanitizer in the sanitizer build).
+#include "app/ecu_tools_window.h"
 #include "app_rig.h"
 #include "consult/consult_session.h"
 #include "logging/log_player_window.h"
 #include "rom/bin_viewer_window.h"
 #include "rom/map_viewer_window.h"
 #include "tools/bin_file_downloader_window.h"
-#include "app/ecu_tools_window.h"
 #include "ui/message_box.h"
 #include "widget_helpers.h"
 

@@ -1,7 +1,7 @@
 #include "consult/link_writes.h"
 #include "consult/wire.h"
-#include "session_harness.h"
 #include "link_wait.h"
+#include "session_harness.h"
 
 #include <QSignalSpy>
 #include <QTest>

@@ -1,5 +1,5 @@
-#include "consult/fault_codes.h"
 #include "app/fault_codes_window.h"
+#include "consult/fault_codes.h"
 #include "consult/simulator_transport.h"
 #include "voice_rig.h"
 

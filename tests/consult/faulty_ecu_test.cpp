@@ -1,11 +1,11 @@
 // The session against a misbehaving ECU: replies cut short, corrupted echoes,
 // garbage on the line. Every case ends in the stated behaviour or a time-out
 // line in the session log, never a hang.
+#include "consult/link_writes.h"
 #include "consult/read_plans.h"
 #include "consult/simulator_transport.h"
-#include "consult/link_writes.h"
-#include "session_harness.h"
 #include "link_wait.h"
+#include "session_harness.h"
 
 #include <QElapsedTimer>
 #include <QTest>

@@ -1,6 +1,6 @@
+#include "app/port_selection.h"
 #include "app/settings/settings_access.h"
 #include "consult/port_catalog.h"
-#include "app/port_selection.h"
 #include "named_devices.h"
 #include "session_harness.h"
 #include "temp_settings.h"

@@ -3,10 +3,10 @@
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
 #include "consult/session_log.h"
+#include "link_wait.h"
 #include "pty_rig.h"
 #include "sensors/sensor_displays.h"
 #include "sensors/sensor_stream.h"
-#include "link_wait.h"
 
 #include <QSet>
 #include <QTest>

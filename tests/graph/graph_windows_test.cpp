@@ -1,9 +1,10 @@
 // The graph frame of the main window, the Graph Test window and the colour pickers.
 #include "app/app_core.h"
 #include "app/main_window.h"
+#include "app/port_selection.h"
+#include "app_rig.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
-#include "app/port_selection.h"
 #include "consult/simulator_transport.h"
 #include "graph/graph_control.h"
 #include "graph/graph_feed.h"
@@ -14,7 +15,6 @@
 #include "ui/color_picker_widget.h"
 #include "ui/message_box.h"
 #include "voice/recording_speech_out.h"
-#include "app_rig.h"
 #include "widget_helpers.h"
 
 #include <QAction>

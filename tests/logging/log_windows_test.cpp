@@ -2,9 +2,9 @@
 // replay in the Log Player window; the file dialogs are answered by the test.
 #include "app/app_core.h"
 #include "app/main_window.h"
+#include "app/port_selection.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
-#include "app/port_selection.h"
 #include "consult/simulator_transport.h"
 #include "logging/log_capture.h"
 #include "logging/log_player.h"

@@ -3,12 +3,12 @@
 #include "consult/link_writes.h"
 #include "consult/simulator_transport.h"
 #include "fifo.h"
+#include "link_wait.h"
 #include "rom/map_viewer.h"
 #include "rom/rom_image.h"
 #include "session_rig.h"
 #include "sim/ecu_simulator.h"
 #include "ui/binary_files.h"
-#include "link_wait.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,9 +2,9 @@
 // the Dash and the Byte Viewer, driven by the built-in simulated ECU.
 #include "app/app_core.h"
 #include "app/main_window.h"
+#include "app/port_selection.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
-#include "app/port_selection.h"
 #include "consult/simulator_transport.h"
 #include "sensors/byte_viewer_cells.h"
 #include "sensors/byte_viewer_window.h"

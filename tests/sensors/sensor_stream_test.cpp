@@ -1,6 +1,6 @@
 #include "consult/link_writes.h"
-#include "monitor_rig.h"
 #include "link_wait.h"
+#include "monitor_rig.h"
 
 #include <QTest>
 

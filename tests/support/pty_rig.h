@@ -3,8 +3,8 @@
 #pragma once
 
 #include "app/app_core.h"
-#include "consult/consult_session.h"
 #include "app/port_selection.h"
+#include "consult/consult_session.h"
 #include "sim_process.h"
 #include "temp_settings.h"
 #include "voice/recording_speech_out.h"

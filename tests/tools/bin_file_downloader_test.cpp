@@ -3,9 +3,9 @@
 // pictures, the completion announce, a silent ECU, and Verify.
 #include "app/settings/settings_access.h"
 #include "fifo.h"
+#include "link_wait.h"
 #include "tools/bin_file_downloader.h"
 #include "tools_rig.h"
-#include "link_wait.h"
 
 #include <QSignalSpy>
 

@@ -1,6 +1,7 @@
 // The three ECU tool windows in the application: the main window's commands
 // and their refusals, the monitor's refusal while a tool shows, the windows'
 // controls, and pictures of each window at work on the simulator.
+#include "app/ecu_tools_window.h"
 #include "app_rig.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
@@ -9,7 +10,6 @@
 #include "sensors/sensor_stream.h"
 #include "tools/active_test_window.h"
 #include "tools/bin_file_downloader_window.h"
-#include "app/ecu_tools_window.h"
 #include "tools/register_viewer_window.h"
 #include "ui/common_dialog.h"
 #include "ui/gradient_bar_widget.h"

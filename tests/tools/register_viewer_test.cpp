@@ -1,10 +1,10 @@
 // The E.C.U. Register Viewer against the simulated ECU: reading a bank,
 // Stop, the two address forms, the region list, cell clicks and clearing.
+#include "link_wait.h"
 #include "rom/rom_image.h"
 #include "tools/ecu_tool_tables.h"
 #include "tools/register_viewer.h"
 #include "tools_rig.h"
-#include "link_wait.h"
 
 using namespace vexorin::rom;
 
