@@ -105,9 +105,9 @@ void ConsultLink::setDTREnable(bool on)
         transport_->setDtr(on);
 }
 
-bool ConsultLink::poll(int count)
+bool ConsultLink::poll(int count, int waitMs)
 {
-    return PortOpen() && transport_->poll(count);
+    return PortOpen() && transport_->poll(count, waitMs);
 }
 
 void ConsultLink::noteTimeout(int count)

@@ -69,6 +69,7 @@ private:
     std::function<void()> graphTestStop_;
     vexorin::sensors::NumberSymbols symbols_;
     bool lastCycleTimedOut_ = false;
+    bool tickMissed_ = false;
     qint64 framesDecoded_ = 0;
     vexorin::rom::VqTable vq_;
 };
