@@ -105,9 +105,9 @@ void ConsultLink::setDTREnable(bool on)
         transport_->setDtr(on);
 }
 
-bool ConsultLink::poll(int count, int waitMs)
+bool ConsultLink::poll(int count)
 {
-    return PortOpen() && transport_->poll(count, waitMs);
+    return PortOpen() && transport_->poll(count);
 }
 
 void ConsultLink::noteTimeout(int count)

@@ -44,9 +44,9 @@ public:
     bool DTREnable() const { return dtr_; }
     void setDTREnable(bool on);
 
-    // Takes in what the device holds by now; true when at least `count` bytes
-    // wait. With `waitMs`, waits at most that long for them.
-    bool poll(int count, int waitMs = 0);
+    // Takes in what the device holds by now, without waiting; true when at
+    // least `count` bytes wait.
+    bool poll(int count);
     // A reader gave up waiting for `count` bytes (a recording notes it).
     void noteTimeout(int count);
 

@@ -23,7 +23,7 @@ public:
     QByteArray readAll() override;
     void clear() override { input_.clear(); }
     void write(const QByteArray& bytes) override;
-    bool poll(qint64 count, int = 0) override { return input_.size() >= count; }
+    bool poll(qint64 count) override { return input_.size() >= count; }
     void timedOut(qint64) override { ++timeouts_; }
     void setDtr(bool on) override;
 

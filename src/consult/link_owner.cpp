@@ -5,9 +5,6 @@
 using namespace vexorin::consult;
 
 namespace {
-// The last bytes of a reply awaited in place: at most 4 ms of the line.
-constexpr int kLastBytes = 3;
-constexpr int kMsPerByte = 1;
 const char* const kToolRefusals[] = {
     "Please close the Map Viewer first.",
     "Please close the Bin File Downloader first.",
@@ -77,13 +74,7 @@ void LinkOwner::onBytes()
     // Polling the port may deliver its bytes, and this call, once more.
     if (state_ == State::Waiting) {
         const quint64 serial = serial_;
-        bool enough = link_.poll(int(cycle_.expect));
-        // The last bytes of a reply on its way are taken at once, so that the
-        // stop bytes follow the reply as closely as ever: a late stop lets the
-        // ECU start its next frame, and it hears nothing else until that ends.
-        const int missing = int(cycle_.expect) - link_.InBufferCount();
-        if (!enough && missing > 0 && missing <= kLastBytes && serial == serial_ && state_ == State::Waiting)
-            enough = link_.poll(int(cycle_.expect), missing * kMsPerByte + 1);
+        const bool enough = link_.poll(int(cycle_.expect));
         if (enough && serial == serial_ && state_ == State::Waiting)
             takeReply();
     } else if (state_ == State::Settling && !settling_) {

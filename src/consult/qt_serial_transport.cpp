@@ -1,7 +1,5 @@
 #include "consult/qt_serial_transport.h"
 
-#include <QElapsedTimer>
-
 QtSerialTransport::QtSerialTransport(const QString& devicePath, QObject* parent)
     : SerialTransport(parent)
 {
@@ -74,17 +72,9 @@ void QtSerialTransport::write(const QByteArray& bytes)
     port_.waitForBytesWritten(1000);
 }
 
-bool QtSerialTransport::poll(qint64 count, int waitMs)
+bool QtSerialTransport::poll(qint64 count)
 {
-    QElapsedTimer clock;
-    clock.start();
-    while (bytesAvailable() < count) {
-        const qint64 left = waitMs - clock.elapsed();
-        if (left <= 0 || !port_.isOpen())
-            return false;
-        port_.waitForReadyRead(int(left));
-    }
-    return true;
+    return bytesAvailable() >= count;
 }
 
 void QtSerialTransport::setDtr(bool on)

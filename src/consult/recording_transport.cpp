@@ -122,11 +122,11 @@ void RecordingTransport::write(const QByteArray& bytes)
     inner_->write(bytes);
 }
 
-bool RecordingTransport::poll(qint64 count, int waitMs)
+bool RecordingTransport::poll(qint64 count)
 {
     drain();
     if (buffer_.size() < count) {
-        inner_->poll(count - buffer_.size(), waitMs);
+        inner_->poll(count - buffer_.size());
         drain();
     }
     return buffer_.size() >= count;

@@ -33,7 +33,7 @@ public:
     QByteArray readAll() override;
     void clear() override;
     void write(const QByteArray& bytes) override;
-    bool poll(qint64 count, int waitMs = 0) override;
+    bool poll(qint64 count) override;
     void timedOut(qint64 count) override;
     void setDtr(bool on) override;
 

@@ -27,10 +27,9 @@ public:
     // Discards everything waiting.
     virtual void clear() = 0;
     virtual void write(const QByteArray& bytes) = 0;
-    // Takes in what the device holds by now; true when at least `count` bytes
-    // wait. With `waitMs`, waits at most that long for them (a few
-    // milliseconds: the last bytes of a reply already on its way).
-    virtual bool poll(qint64 count, int waitMs = 0) = 0;
+    // Takes in what the device holds by now, without waiting; true when at
+    // least `count` bytes wait.
+    virtual bool poll(qint64 count) = 0;
     // A reader gave up waiting for `count` bytes.
     virtual void timedOut(qint64 count) { Q_UNUSED(count); }
     virtual void setDtr(bool on) = 0;

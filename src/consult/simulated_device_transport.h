@@ -72,7 +72,7 @@ public:
         }
     }
     // The device answers by now or not at all; a stream is made as it is read.
-    bool poll(qint64 count, int = 0) override
+    bool poll(qint64 count) override
     {
         if (!open_)
             return false;
