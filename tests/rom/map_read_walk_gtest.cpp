@@ -15,8 +15,11 @@ struct Burst {
     bool rpm;
     bool corner;
 };
+// A fresh read of one map, burst by burst; `walk` is left where the read ended.
 std::vector<Burst> readWholeMap(MapReadWalk& walk, bool fuel, int bank, int* scalesDone)
 {
+    walk.restart();
+    *scalesDone = 0;
     std::vector<Burst> bursts;
     for (int i = 0; i < 100; ++i) {
         const MapReadStep s = walk.next(fuel, bank);
@@ -37,8 +40,7 @@ std::vector<Burst> readWholeMap(MapReadWalk& walk, bool fuel, int bank, int* sca
 TEST(MapReadWalk, FuelMapReadsBothScaleBanksThenItsOwn)
 {
     MapReadWalk walk;
-    walk.restart();
-    int scalesDone = 0;
+    int scalesDone;
     const auto bursts = readWholeMap(walk, true, 242, &scalesDone);
     ASSERT_EQ(bursts.size(), 4u + 32u);
     EXPECT_EQ(scalesDone, 1);
@@ -62,8 +64,7 @@ TEST(MapReadWalk, FuelMapReadsBothScaleBanksThenItsOwn)
 TEST(MapReadWalk, TimingMapReadsTwoPhasesOfTheScaleBank)
 {
     MapReadWalk walk;
-    walk.restart();
-    int scalesDone = 0;
+    int scalesDone;
     const auto bursts = readWholeMap(walk, false, 248, &scalesDone);
     ASSERT_EQ(bursts.size(), 4u + 32u);
     EXPECT_TRUE(bursts[1].rpm);
