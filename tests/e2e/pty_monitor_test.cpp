@@ -47,12 +47,12 @@ void PtyMonitorTest::valuesMoveWhileMonitoring()
     QVERIFY(core.displays().label(SensorId::RPM).toInt() > 500);
     QVERIFY(core.displays().dash(SensorId::Water) == core.displays().label(SensorId::Water));
 
-    core.stream().MonitorOnOff();
-    QCOMPARE(core.session().MonitorSensorsOnLabel(), QStringLiteral("OFF"));
+    core.stream().MonitorOnOff();  // takes effect once the frame on its way is in
+    QTRY_COMPARE_WITH_TIMEOUT(core.session().MonitorSensorsOnLabel(), QStringLiteral("OFF"), 1000);
     QTRY_COMPARE_WITH_TIMEOUT(core.displays().label(SensorId::RPM), QStringLiteral("0"), 3000);
     // Identity reads start over once monitoring ends, if the timer still runs; the session stays usable.
     core.session().ConnectDisconnect();
-    QCOMPARE(core.session().ConnectedLabel(), QStringLiteral("Disconnected"));
+    QTRY_COMPARE_WITH_TIMEOUT(core.session().ConnectedLabel(), QStringLiteral("Disconnected"), 1000);
 }
 
 void PtyMonitorTest::streamRecoversAfterTheEcuWasSilent()
