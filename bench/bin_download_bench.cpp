@@ -62,8 +62,12 @@ int main(int argc, char** argv)
     std::printf("status \"%s\", %d Retries, file %lld bytes, %s the simulator's ROM\n",
                 qPrintable(downloader.labels().DataReceivedStatus), downloader.retries(), (long long)bytes.size(),
                 equal ? "equal byte for byte to" : "DIFFERENT from");
-    std::printf("the event loop stalled %lld ms at worst during the download (target 50 ms)\n",
-                (long long)stall.worstMs());
+    std::printf("the event loop stalled %lld ms at worst during the download (target 50 ms), %.1f s in; "
+                "%zu stalls over 20 ms:",
+                (long long)stall.worstMs(), stall.worstAtMs() / 1000.0, stall.over20().size());
+    for (const StallWatch::Stall& s : stall.over20())
+        std::printf(" %lld ms at %lld;", (long long)s.ms, (long long)s.endedAt);
+    std::printf("\n");
     session.ConnectDisconnect();
     return equal && seconds < 1.1 * line && stall.worstMs() <= 50 ? 0 : 1;
 }

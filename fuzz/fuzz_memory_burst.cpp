@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::vector<int> request = burstRequest(0x80, 0);
     int ends = 0;
     LinkOwner::Reply reply;
-    owner.run(burstCycle(request, settle), [&](const LinkOwner::Reply& r) {
+    owner.run(burstCycle(request, settle), &owner, [&](const LinkOwner::Reply& r) {
         ++ends;
         reply = r;
     });

@@ -163,12 +163,12 @@ void ConsultSession::GetSerialNumberKValueTick()
 
 void ConsultSession::ReadECUSerialNumber()
 {
-    owner_.run(partNumberCycle(), [this](const LinkOwner::Reply& reply) { showIdentity(reply, true); });
+    owner_.run(partNumberCycle(), this, [this](const LinkOwner::Reply& reply) { showIdentity(reply, true); });
 }
 
 void ConsultSession::ReadKValue()
 {
-    owner_.run(kValueCycle(), [this](const LinkOwner::Reply& reply) {
+    owner_.run(kValueCycle(), this, [this](const LinkOwner::Reply& reply) {
         showIdentity(reply, false);
         GetSerialNumberKValue.stop();
     });

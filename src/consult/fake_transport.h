@@ -29,6 +29,9 @@ public:
 
     // Test controls.
     void arrive(const QByteArray& bytes);              // bytes reach the input now; readyRead follows from the event loop
+    // Bytes the driver holds that the event loop has not announced yet (the
+    // program was held up): only reading the port finds them.
+    void arriveUnannounced(const QByteArray& bytes) { input_ += bytes; }
     void setResponder(std::function<void(FakeTransport&, const QByteArray&)> r) { responder_ = std::move(r); }
     void setOpenError(const QString& e) { openError_ = e; }
     void unplug(const QString& reason = QStringLiteral("Device removed"));

@@ -57,7 +57,7 @@ void FaultCodes::GetFaultCodes()
 
 void FaultCodes::ReadFaultCodes()
 {
-    session_.owner().run(faultCodesCycle(), [this](const LinkOwner::Reply& reply) {
+    session_.owner().run(faultCodesCycle(), this, [this](const LinkOwner::Reply& reply) {
         if (!reply) {
             session_.log().AddLogMessage(timeoutMessage());
             return;

@@ -21,9 +21,37 @@ LinkOwner::LinkOwner(ConsultLink& link, QObject* parent)
         t->setTimerType(Qt::PreciseTimer);
     }
     connect(&pause_, &QTimer::timeout, this, &LinkOwner::begin);
-    connect(&deadline_, &QTimer::timeout, this, &LinkOwner::onDeadline);
+    connect(&deadline_, &QTimer::timeout, this, [this] {
+        if (state_ == State::Settling) {
+            finish(received_);  // the longest a settling read may take
+            return;
+        }
+        if (state_ != State::Waiting)
+            return;
+        const quint64 serial = serial_;
+        const bool enough = link_.poll(int(cycle_.expect));
+        if (serial != serial_ || state_ != State::Waiting)
+            return;  // taken while polling
+        if (enough)
+            takeReply();
+        else
+            onDeadline();
+    });
+    // A timer may fire before the bytes that came meanwhile are announced
+    // (after the program itself was held up): the port is read first.
+    // Polling may announce bytes and run onBytes() within it: what it did stands.
     connect(&quiet_, &QTimer::timeout, this, [this] {
-        if (state_ == State::Settling)
+        if (state_ != State::Settling)
+            return;
+        const quint64 serial = serial_;
+        settling_ = true;
+        const bool more = link_.poll(1);
+        settling_ = false;
+        if (serial != serial_ || state_ != State::Settling)
+            return;
+        if (more)
+            settleMore();
+        else
             finish(received_);
     });
     connect(&normalTime_, &QTimer::timeout, this, &LinkOwner::onNormalTimeOver);
@@ -35,13 +63,14 @@ LinkOwner::LinkOwner(ConsultLink& link, QObject* parent)
     });
 }
 
-bool LinkOwner::run(const Cycle& cycle, Done done)
+bool LinkOwner::run(const Cycle& cycle, QObject* context, Done done)
 {
     if (busy())
         return false;
     ++serial_;
     cycle_ = cycle;
     done_ = std::move(done);
+    doneContext_ = context;
     received_.clear();
     started_.start();
     if (cycle_.pauseMs > 0) {
@@ -168,7 +197,7 @@ void LinkOwner::finish(const Reply& reply)
     state_ = State::Idle;
     Done done = std::move(done_);
     done_ = nullptr;
-    if (done)
+    if (done && doneContext_)
         done(reply);
     emit cycleEnded();
     runPending();

@@ -35,8 +35,9 @@ public:
     // Starts a cycle. False, with nothing sent, while another is in flight: a
     // timer tick that finds the link busy does nothing. `done` gets the
     // reply, or nothing when it did not come (the stop bytes went out all the
-    // same); it may be called before run() returns.
-    bool run(const vexorin::consult::Cycle& cycle, Done done);
+    // same); it may be called before run() returns. When `context` is gone
+    // by then, the cycle ends on the wire as it would and `done` is not called.
+    bool run(const vexorin::consult::Cycle& cycle, QObject* context, Done done);
     bool busy() const { return state_ != State::Idle; }
 
     // A user action that touches the link or its flags: at once when no cycle
@@ -96,6 +97,7 @@ private:
     State state_ = State::Idle;
     vexorin::consult::Cycle cycle_;
     Done done_;
+    QPointer<QObject> doneContext_;
     vexorin::consult::Bytes received_;
     QElapsedTimer started_;
     QElapsedTimer settleStarted_;

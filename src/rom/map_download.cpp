@@ -215,7 +215,7 @@ void MapViewer::readStep(int t)
     vexorin::consult::Cycle cycle =
         vexorin::consult::burstCycle(vexorin::consult::burstRequest(step.high, step.firstLow), false);
     cycle.pauseMs = pauseMs_;
-    session_.owner().run(cycle, [this, t, step](const LinkOwner::Reply& reply) {
+    session_.owner().run(cycle, this, [this, t, step](const LinkOwner::Reply& reply) {
         if (!reply)
             downloadTimedOut();
         else

@@ -98,7 +98,7 @@ void SensorStream::GetAllSensorData()
 void SensorStream::ReadAllSensors()
 {
     const int timeoutMs = lastCycleTimedOut_ ? kProbeTimeoutMs : kReplyTimeoutMs;
-    session_.owner().run(allSensorsCycle(timeoutMs), [this](const LinkOwner::Reply& reply) { showReply(reply); });
+    session_.owner().run(allSensorsCycle(timeoutMs), this, [this](const LinkOwner::Reply& reply) { showReply(reply); });
 }
 
 void SensorStream::showReply(const LinkOwner::Reply& reply)

@@ -68,7 +68,7 @@ void ActiveTest::CheckActual()
 
 void ActiveTest::GetSensorInfo()
 {
-    session_.owner().run(allSensorsCycle(), [this](const LinkOwner::Reply& reply) {
+    session_.owner().run(allSensorsCycle(), this, [this](const LinkOwner::Reply& reply) {
         if (!reply) {
             session_.log().AddLogMessage(timeoutMessage());
             return;

@@ -215,7 +215,7 @@ void BinFileDownloader::burst()
         nextAtOnce_ = true;
         return;
     }
-    session_.owner().run(burstCycle(step.request, true), [this](const LinkOwner::Reply& reply) {
+    session_.owner().run(burstCycle(step.request, true), this, [this](const LinkOwner::Reply& reply) {
         runMissedTick();
         if (!reply) {
             stall();
@@ -485,7 +485,7 @@ void BinFileDownloader::VerifyTimerTick()
     }
     const int address = vexorin::rom::ecuAddressOfFileOffset(verifyOffset_);
     const Cycle cycle = burstCycle(burstRequest(address >> 8, address & 0xFF), true);
-    session_.owner().run(cycle, [this](const LinkOwner::Reply& reply) { verifyBurst(reply); });
+    session_.owner().run(cycle, this, [this](const LinkOwner::Reply& reply) { verifyBurst(reply); });
 }
 
 void BinFileDownloader::verifyBurst(const std::optional<std::vector<std::uint8_t>>& reply)

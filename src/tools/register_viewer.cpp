@@ -122,7 +122,7 @@ void RegisterViewer::FindRegisterHexTimerTick()
         ++CurrentByte;
         request.insert(request.end(), {kCmdReadMemory, CurrentBank, CurrentByte});
     } while (CurrentByte % kBurstAddresses != kBurstAddresses - 1 && CurrentByte < 255);
-    session_.owner().run(burstCycle(request, false), [this](const LinkOwner::Reply& reply) { showBurst(reply); });
+    session_.owner().run(burstCycle(request, false), this, [this](const LinkOwner::Reply& reply) { showBurst(reply); });
 }
 
 void RegisterViewer::showBurst(const std::optional<std::vector<std::uint8_t>>& reply)

@@ -35,7 +35,7 @@ struct OwnerRig {
     // Runs the all-sensor cycle and keeps what its done step got.
     bool runStream(int timeoutMs = kReplyTimeoutMs)
     {
-        return owner.run(allSensorsCycle(timeoutMs), [this](const LinkOwner::Reply& r) {
+        return owner.run(allSensorsCycle(timeoutMs), &owner, [this](const LinkOwner::Reply& r) {
             ++ends;
             reply = r;
             endedAt = clock.elapsed();
@@ -50,6 +50,18 @@ struct OwnerRig {
         });
     }
     QByteArray frame() const { return QByteArray(kAllSensorsReplyLength, char(0x11)); }
+    // Runs a settling burst from 0x8000, kept as runStream() keeps its reply.
+    bool runBurst()
+    {
+        return owner.run(burstCycle(burstRequest(0x80, 0), true), &owner, [this](const LinkOwner::Reply& r) {
+            ++ends;
+            reply = r;
+        });
+    }
+    // A burst's first 34 bytes: its echoes and first frame of data ones.
+    static QByteArray burstStart() { return QByteArray(24, char(0x36)) + QByteArray::fromHex("ff08") + QByteArray(8, char(0x01)); }
+    // The next frame of data twos and the ECU's stop reply.
+    static QByteArray burstEnd() { return QByteArray::fromHex("ff08") + QByteArray(8, char(0x02)) + QByteArray::fromHex("cf"); }
 
     QPointer<FakeTransport> port;
     ConsultLink link;
@@ -78,6 +90,9 @@ private slots:
     void lateBytesOfAnAbandonedCycleAreDiscarded();
     void pulledCableEndsTheCycle();
     void burstSettlesToTheEcusStopReply();
+    void quietTimeReadsThePortBeforeTheBurstEnds();
+    void timeOutReadsThePortBeforeGivingUp();
+    void cycleOfAGoneCallerEndsWithoutIt();
     void normalTimeIsTheBytesAt960ASecondPlusTheMargin();
     void whoMayUseTheLink();
 };
@@ -125,7 +140,7 @@ void LinkOwnerTest::tickWhileACycleRunsDoesNothing()
     r.port->arrive(QByteArray(10, char(0x22)));
     QTest::qWait(5);
     QVERIFY(!r.runStream());
-    QVERIFY(!r.owner.run(partNumberCycle(), [](const LinkOwner::Reply&) {}));
+    QVERIFY(!r.owner.run(partNumberCycle(), &r.owner, [](const LinkOwner::Reply&) {}));
     QCOMPARE(r.port->written(), before);
     // Nothing was cleared from under the running cycle either.
     QCOMPARE(r.link.InBufferCount(), 10);
@@ -230,25 +245,58 @@ void LinkOwnerTest::pulledCableEndsTheCycle()
 void LinkOwnerTest::burstSettlesToTheEcusStopReply()
 {
     OwnerRig r;
-    LinkOwner::Reply got;
-    bool ended = false;
-    QVERIFY(r.owner.run(burstCycle(burstRequest(0x80, 0), true), [&](const LinkOwner::Reply& reply) {
-        got = reply;
-        ended = true;
-    }));
-    QByteArray reply(24, char(0x36));
-    reply += QByteArray::fromHex("ff08") + QByteArray(8, char(0x01));
-    r.port->arrive(reply);
+    QVERIFY(r.runBurst());
+    r.port->arrive(OwnerRig::burstStart());
     QTest::qWait(10);
     // The 34 bytes are in: the stop byte has gone out, the rest of the stream is awaited.
     QVERIFY(r.port->written().endsWith(QByteArray::fromHex("f030")));
-    QVERIFY(!ended);
-    r.port->arrive(QByteArray::fromHex("ff08") + QByteArray(8, char(0x02)) + QByteArray::fromHex("cf"));
-    QTRY_VERIFY(ended);
-    QVERIFY(got.has_value());
-    QCOMPARE(int(got->size()), 34 + 11);
-    QVERIFY(burstStreamEnded(*got));
-    QCOMPARE(burstData(*got)[0], 1);
+    QCOMPARE(r.ends, 0);
+    r.port->arrive(OwnerRig::burstEnd());
+    QTRY_COMPARE(r.ends, 1);
+    QVERIFY(r.reply.has_value());
+    QCOMPARE(int(r.reply->size()), 34 + 11);
+    QVERIFY(burstStreamEnded(*r.reply));
+    QCOMPARE(burstData(*r.reply)[0], 1);
+}
+
+void LinkOwnerTest::quietTimeReadsThePortBeforeTheBurstEnds()
+{
+    OwnerRig r;
+    QVERIFY(r.runBurst());
+    r.port->arrive(OwnerRig::burstStart());
+    QTest::qWait(10);
+    QCOMPARE(r.ends, 0);  // settling
+    // The rest of the stream came while the program was held up past the
+    // quiet time: the timer fires before the bytes are announced.
+    r.port->arriveUnannounced(OwnerRig::burstEnd());
+    QTRY_COMPARE(r.ends, 1);
+    QVERIFY(r.reply.has_value());
+    QCOMPARE(int(r.reply->size()), 34 + 11);  // all of it, not the 34 bytes of before
+    QVERIFY(burstStreamEnded(*r.reply));
+}
+
+void LinkOwnerTest::timeOutReadsThePortBeforeGivingUp()
+{
+    OwnerRig r;
+    QVERIFY(r.runStream(100));
+    r.port->arriveUnannounced(r.frame());
+    QTRY_COMPARE(r.ends, 1);
+    QVERIFY(r.reply.has_value());
+    QCOMPARE(r.owner.timeouts(), 0);
+    QVERIFY(r.port->written().endsWith(QByteArray(1, char(0x30))));
+}
+
+void LinkOwnerTest::cycleOfAGoneCallerEndsWithoutIt()
+{
+    OwnerRig r;
+    int calls = 0;
+    auto caller = std::make_unique<QObject>();
+    QVERIFY(r.owner.run(allSensorsCycle(100), caller.get(), [&calls](const LinkOwner::Reply&) { ++calls; }));
+    caller.reset();  // a window closed while its read was on the line
+    r.port->arrive(r.frame());
+    QTRY_VERIFY(!r.owner.busy());
+    QCOMPARE(calls, 0);
+    QVERIFY(r.port->written().endsWith(QByteArray(1, char(0x30))));  // the cycle ended on the wire all the same
 }
 
 void LinkOwnerTest::normalTimeIsTheBytesAt960ASecondPlusTheMargin()
