@@ -1,29 +1,45 @@
 #!/usr/bin/env bash
-# Installs every Debian package Vexorin needs to build, run and test.
+# Installs the Debian packages Vexorin needs, for one purpose:
+#   setup.sh run      to build and run the application (the default)
+#   setup.sh package  to build its Debian package as well
+#   setup.sh test     to build and run the whole test suite, benchmarks and fuzz targets
 # Idempotent: packages already present are left alone. Works as root or through sudo.
 set -euo pipefail
 
-PACKAGES=(
-  build-essential cmake ninja-build pkg-config git
+RUN_PACKAGES=(
+  build-essential cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools qt6-serialport-dev
-  qt6-speech-dev qt6-declarative-dev qt6-speech-flite-plugin
+  qt6-speech-dev qt6-declarative-dev qt6-speech-flite-plugin qt6-qpa-plugins
   libqt6opengl6-dev libgl-dev
-  libgtest-dev libgmock-dev googletest libbenchmark-dev
-  clang libclang-rt-14-dev
-  xvfb xauth socat
   libssl3 ca-certificates
   fonts-dejavu-core
 )
+PACKAGE_PACKAGES=(dpkg-dev file xz-utils)
+TEST_PACKAGES=(
+  git
+  libgtest-dev libgmock-dev googletest libbenchmark-dev
+  clang libclang-rt-14-dev
+  xvfb xauth socat
+  lintian desktop-file-utils appstream man-db
+)
+
+purpose="${1:-run}"
+case "$purpose" in
+  run) wanted=("${RUN_PACKAGES[@]}") ;;
+  package) wanted=("${RUN_PACKAGES[@]}" "${PACKAGE_PACKAGES[@]}") ;;
+  test) wanted=("${RUN_PACKAGES[@]}" "${PACKAGE_PACKAGES[@]}" "${TEST_PACKAGES[@]}") ;;
+  *) echo "usage: $0 [run|package|test]" >&2; exit 2 ;;
+esac
 
 missing=()
-for p in "${PACKAGES[@]}"; do
+for p in "${wanted[@]}"; do
   if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed'; then
     missing+=("$p")
   fi
 done
 
 if [ ${#missing[@]} -eq 0 ]; then
-  echo "setup: all packages present"
+  echo "setup ($purpose): all packages present"
   exit 0
 fi
 
@@ -32,7 +48,7 @@ if [ "$(id -u)" -ne 0 ]; then
   SUDO="sudo"
 fi
 
-echo "setup: installing ${missing[*]}"
+echo "setup ($purpose): installing ${missing[*]}"
 export DEBIAN_FRONTEND=noninteractive
 $SUDO apt-get update -qq
 $SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"

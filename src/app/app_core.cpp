@@ -152,6 +152,10 @@ void AppCore::shutdown()
 ExternalSensors* AppCore::makeExternalSensors()
 {
     PortCatalog& catalog = catalog_;
-    return new ExternalSensors(store_, *panels_, *voice_, ExternalPorts::deviceSource(catalog),
-                               [&catalog](int n, QString* error) { return ExternalPorts::makeTransport(catalog, n, error); });
+    auto* sensors =
+        new ExternalSensors(store_, *panels_, *voice_, ExternalPorts::deviceSource(catalog),
+                            [&catalog](int n, QString* error) { return ExternalPorts::makeTransport(catalog, n, error); });
+    SessionLog& log = session_->log();
+    QObject::connect(sensors, &ExternalSensors::logLine, sensors, [&log](const QString& line) { log.AddLogMessage(line); });
+    return sensors;
 }

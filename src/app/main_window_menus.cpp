@@ -68,14 +68,17 @@ void MainWindow::buildMenus()
         [&ps] { ps.UpdatePortInformation(); });
     add(consultMenu_, "CheckAvailableInterfaces", QStringLiteral("Check for Connected Interfaces and Conflicts"),
         [this] { showInterfaceCheck(); });
+    PortCatalog& catalog = core_.ports();
     QAction* usb = add(consultMenu_, "ChangeUSBPortSettings",
-                       QStringLiteral("Change USB Port and Latency Settings or Remove Device"), [] {});
+                       QStringLiteral("Change USB Port and Latency Settings or Remove Device"), [this, &catalog] {
+                           MessageBoxes::information(this, catalog.latencyReport(),
+                                                     QStringLiteral("USB Port and Latency Settings"));
+                       });
+    usb->setStatusTip(tr("Shows the latency timer of each USB serial adapter"));
     QAction* devmgr = add(consultMenu_, "LaunchDeviceManager",
                           QStringLiteral("Launch Microsoft Windows Device Manager"), [] {});
-    for (QAction* a : {usb, devmgr}) {
-        a->setEnabled(false);
-        a->setStatusTip(tr("Available on Windows only"));
-    }
+    devmgr->setEnabled(false);
+    devmgr->setStatusTip(tr("Available on Windows only"));
 
     QMenu* view = menuBar()->addMenu(tr("&View"));
     MonitorViews& mv = core_.views();

@@ -62,6 +62,9 @@ void ConsultSession::connectDisconnectNow()
             emit message(kConnectFailed);
             return;
         }
+        const QString note = link_.transport()->openNote();
+        if (!note.isEmpty())
+            log_.AddLogMessage(QStringLiteral(": Consult port %1: %2").arg(link_.CommPort()).arg(note));
         PortAvailableSwitch = QStringLiteral("1");
     }
     if (PortAvailableSwitch == QLatin1String("1")) {

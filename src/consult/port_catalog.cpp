@@ -2,6 +2,7 @@
 
 #include "consult/qt_serial_transport.h"
 #include "consult/recording_transport.h"
+#include "consult/serial_device.h"
 #include "consult/simulator_transport.h"
 
 #include <QSerialPortInfo>
@@ -13,8 +14,11 @@ namespace {
 QList<SystemPort> listSystemPorts()
 {
     QList<SystemPort> out;
-    for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts())
-        out.append({info.systemLocation(), info.description()});
+    for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
+        const QString kernel = info.systemLocation();
+        const QString stable = serial_device::stableName(kernel);
+        out.append({stable, info.description(), stable == kernel ? QString() : kernel});
+    }
     return out;
 }
 
@@ -58,6 +62,21 @@ int PortCatalog::numberFor(const QString& path, const QStringList& presentPaths)
     return 0;
 }
 
+void PortCatalog::adoptStableName(const SystemPort& port)
+{
+    if (port.kernelPath.isEmpty() || port.kernelPath == port.path)
+        return;
+    int kernelNumber = 0;
+    for (int n = 1; n <= kMaxPorts; ++n) {
+        if (pathFor(n) == port.path)
+            return;
+        if (pathFor(n) == port.kernelPath)
+            kernelNumber = n;
+    }
+    if (kernelNumber > 0)
+        store_.WriteSetting(QString(PortSettingKeys::PortAssignmentsSection), comKey(kernelNumber), port.path);
+}
+
 QList<PlatformDevice> PortCatalog::devices(bool presentOnly)
 {
     struct Row {
@@ -66,8 +85,10 @@ QList<PlatformDevice> PortCatalog::devices(bool presentOnly)
         bool showPath;
     };
     QList<Row> rows;
-    for (const SystemPort& p : systemPorts_())
+    for (const SystemPort& p : systemPorts_()) {
+        adoptStableName(p);
         rows.append({p.path, p.description.isEmpty() ? QStringLiteral("Serial Port") : p.description, true});
+    }
     for (const QString& key : store_.keys(QString(PortSettingKeys::ExtraPortsSection))) {
         const QString path = store_.ReadSetting(QString(PortSettingKeys::ExtraPortsSection), key).trimmed();
         if (!path.isEmpty())
@@ -99,6 +120,33 @@ QList<PlatformDevice> PortCatalog::devices(bool presentOnly)
         out.append({r.path, r.description, name, QStringLiteral("Ports")});
     }
     return out;
+}
+
+QString PortCatalog::latencyReport(const QString& sysRoot)
+{
+    QStringList lines;
+    bool slow = false;
+    for (const SystemPort& p : systemPorts_()) {
+        const int ms = serial_device::latencyTimerMs(p.kernelPath.isEmpty() ? p.path : p.kernelPath, sysRoot);
+        const int n = numberFor(p.path);
+        const QString name = (p.description.isEmpty() ? QStringLiteral("Serial Port") : p.description) +
+            (n > 0 ? QStringLiteral(" (COM%1)").arg(n) : QString());
+        if (ms < 0) {
+            lines << QStringLiteral("%1: no latency timer (%2).").arg(name, p.path);
+        } else {
+            lines << QStringLiteral("%1: latency timer %2 ms (%3).").arg(name).arg(ms).arg(p.path);
+            slow = slow || ms > 1;
+        }
+    }
+    if (lines.isEmpty())
+        return QStringLiteral("No serial device is plugged in.");
+    lines << QString();
+    lines << QStringLiteral("Vexorin opens every port with the kernel's low-latency flag where the driver takes it.");
+    if (slow)
+        lines << QStringLiteral("A latency timer above 1 ms delays every reply of the ECU: set it to 1 with "
+                                "\"echo 1 | sudo tee /sys/bus/usb-serial/devices/<device>/latency_timer\", "
+                                "or for good with a udev rule (see README, \"Serial ports on Linux\").");
+    return lines.join(QLatin1Char('\n'));
 }
 
 DeviceSource PortCatalog::source()

@@ -2,7 +2,8 @@
 // lists, the extra device paths of the settings (pseudo-terminals, Bluetooth
 // serial links) and the built-in simulated ECU. Every path keeps its COM
 // number from run to run, so captions end in "(COMn)" and a saved port number
-// finds the same device again.
+// finds the same device again. USB adapters go by their /dev/serial/by-id
+// names, so that each keeps its number whichever ttyUSB it becomes.
 #pragma once
 
 #include "consult/dev_lister.h"
@@ -15,8 +16,13 @@
 class SerialTransport;
 
 struct SystemPort {
-    QString path;         // e.g. /dev/ttyUSB0
+    SystemPort(QString devicePath, QString text, QString kernel = {})
+        : path(std::move(devicePath)), description(std::move(text)), kernelPath(std::move(kernel))
+    {
+    }
+    QString path;         // e.g. /dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A50285BI-if00-port0, or /dev/ttyS0
     QString description;  // e.g. FT232R USB UART
+    QString kernelPath;   // e.g. /dev/ttyUSB0, when `path` is a stable name for it
 };
 
 class PortCatalog {
@@ -40,10 +46,17 @@ public:
     // The path behind a COM number, or empty.
     QString pathFor(int number) const;
 
+    // The latency timer of each serial device plugged in now, one line each,
+    // with how to lower it; `sysRoot` is where the kernel's device tree is.
+    QString latencyReport(const QString& sysRoot = QStringLiteral("/sys"));
+
     // Opens nothing: makes the device for a port number (null with a reason when there is none).
     SerialTransport* makeTransport(int number, QString* error) const;
 
 private:
+    // A port numbered under its kernel name keeps its number under its stable name.
+    void adoptStableName(const SystemPort& port);
+
     PortSettings& store_;
     RecordingFileOpener openRecording_;
     std::function<QList<SystemPort>()> systemPorts_;

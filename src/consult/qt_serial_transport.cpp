@@ -1,7 +1,10 @@
 #include "consult/qt_serial_transport.h"
 
+#include "consult/port_problem.h"
+#include "consult/serial_device.h"
+
 QtSerialTransport::QtSerialTransport(const QString& devicePath, QObject* parent)
-    : SerialTransport(parent)
+    : SerialTransport(parent), path_(devicePath)
 {
     port_.setPortName(devicePath);
     connect(&port_, &QSerialPort::readyRead, this, &SerialTransport::readyRead);
@@ -20,10 +23,20 @@ bool QtSerialTransport::open(QString* error)
     port_.setParity(QSerialPort::NoParity);
     port_.setStopBits(QSerialPort::OneStop);
     port_.setFlowControl(QSerialPort::NoFlowControl);
+    openNote_.clear();
     if (!port_.open(QIODevice::ReadWrite)) {
-        if (error)
-            *error = port_.errorString();
+        if (error) {
+            PortFacts facts = gatherPortFacts(path_);
+            facts.systemText = port_.errorString();
+            *error = explainOpenFailure(facts);
+        }
         return false;
+    }
+    // USB adapters otherwise hold each byte for their latency timer (16 ms on FTDI chips).
+    if (serial_device::requestLowLatency(int(port_.handle()))) {
+        const int timer = serial_device::latencyTimerMs(path_);
+        openNote_ = QStringLiteral("%1 opened with the kernel's low-latency flag").arg(path_) +
+            (timer >= 0 ? QStringLiteral("; its latency timer is %1 ms.").arg(timer) : QStringLiteral("."));
     }
     port_.setDataTerminalReady(dtr_);
     port_.clear();

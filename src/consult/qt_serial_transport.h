@@ -23,11 +23,14 @@ public:
     void write(const QByteArray& bytes) override;
     bool poll(qint64 count) override;
     void setDtr(bool on) override;
+    QString openNote() const override { return openNote_; }
 
 private:
     void onError(QSerialPort::SerialPortError error);
 
+    QString path_;
     QSerialPort port_;
     bool dtr_ = false;
     qint32 baud_ = QSerialPort::Baud9600;
+    QString openNote_;
 };

@@ -27,6 +27,7 @@ public:
     ~RecordingTransport() override;
 
     bool open(QString* error) override;
+    QString openNote() const override { return inner_->openNote(); }
     void close() override;
     bool isOpen() const override;
     qint64 bytesAvailable() override;

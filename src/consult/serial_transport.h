@@ -33,6 +33,8 @@ public:
     // A reader gave up waiting for `count` bytes.
     virtual void timedOut(qint64 count) { Q_UNUSED(count); }
     virtual void setDtr(bool on) = 0;
+    // One line for the session log about how the device was opened, or empty.
+    virtual QString openNote() const { return QString(); }
 
 signals:
     // New bytes have arrived.

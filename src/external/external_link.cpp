@@ -31,6 +31,11 @@ bool ExternalLink::PortOpen() const
     return transport_ && transport_->isOpen();
 }
 
+QString ExternalLink::openNote() const
+{
+    return transport_ ? transport_->openNote() : QString();
+}
+
 bool ExternalLink::setPortOpen(bool open, QString* error)
 {
     if (open == PortOpen())

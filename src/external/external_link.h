@@ -40,6 +40,8 @@ public:
     int RThreshold() const { return rThreshold_; }
     void setRThreshold(int t) { rThreshold_ = t; }
     bool PortOpen() const;
+    // The open device's note for the session log (see SerialTransport::openNote).
+    QString openNote() const;
     // Opening fails (false, with the reason) when the device is missing or busy.
     bool setPortOpen(bool open, QString* error = nullptr);
 

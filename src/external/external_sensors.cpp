@@ -92,9 +92,13 @@ bool ExternalSensors::openPort()
     link_.setRThreshold(1);
     QString why;
     if (!link_.setPortOpen(true, &why)) {
+        emit logLine(QStringLiteral(": Could not open External Sensor port COM%1: %2").arg(link_.CommPort()).arg(why));
         emit message(QStringLiteral("External Sensor port COM%1 could not be opened: %2").arg(link_.CommPort()).arg(why));
         return false;
     }
+    const QString note = link_.openNote();
+    if (!note.isEmpty())
+        emit logLine(QStringLiteral(": External Sensor port COM%1: %2").arg(link_.CommPort()).arg(note));
     setStatus(QStringLiteral("Connected"));
     return true;
 }

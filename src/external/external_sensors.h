@@ -67,6 +67,8 @@ signals:
     void message(const QString& text);
     // A message box with its own title and the critical icon.
     void errorBox(const QString& text, const QString& title);
+    // A line for the session log: why the port would not open, or how it opened.
+    void logLine(const QString& line);
 
 private:
     bool openPort();

@@ -57,6 +57,7 @@ private slots:
     void servicePanelLiesBelowTheClientArea();
     void connectsToTheSimulatorFromTheMenu();
     void interfaceCheckWindowListsDevices();
+    void usbLatencyItemShowsEachAdaptersTimer();
 
 private:
     QStringList boxes;
@@ -130,6 +131,18 @@ void MainWindowTest::menusHoldTheirItems()
     w.window->action(QStringLiteral("NotifyPorts"))->trigger();
     QCOMPARE(w.settings.store->ReadSetting(QStringLiteral("NotifyPorts"), QStringLiteral("Setting")), QStringLiteral("True"));
     QVERIFY(w.window->action(QStringLiteral("NotifyPorts"))->isChecked());
+}
+
+void MainWindowTest::usbLatencyItemShowsEachAdaptersTimer()
+{
+    Window w;
+    QAction* usb = w.window->action(QStringLiteral("ChangeUSBPortSettings"));
+    QVERIFY(usb->isEnabled());
+    QVERIFY(!w.window->action(QStringLiteral("LaunchDeviceManager"))->isEnabled());  // a Windows tool
+    usb->trigger();
+    QCOMPARE(boxes.size(), 1);
+    QCOMPARE(boxes.first(), QStringLiteral("USB Port and Latency Settings: ") + w.core.ports().latencyReport());
+    QVERIFY(boxes.first().contains(QStringLiteral("FT232R USB UART (COM1): ")));
 }
 
 void MainWindowTest::portRowsFollowTheListAndPick()

@@ -2,6 +2,7 @@
 // the built-in simulator, every window opened once, then File, Exit. Runs
 // offscreen and, as its own test, on a real X server (Xvfb).
 #include "app/app_core.h"
+#include "app/app_identity.h"
 #include "app/main_window.h"
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
@@ -26,6 +27,8 @@ private slots:
 
 void WholeAppTest::everyWindowOpensAndTheAppStopsCleanly()
 {
+    vexorin::app::setApplicationIdentity();  // as the main routine does
+    const QImage iconImage = vexorin::app::applicationIcon().pixmap(48).toImage();
     QStringList boxes;
     MessageBoxes::setPresenter([&](const QString& t, const QString&, bool) { boxes << t; });
     mCommonDialog::setAnswerer([](const mCommonDialog::DialogRequest&, bool) { return QString(); });
@@ -68,6 +71,10 @@ void WholeAppTest::everyWindowOpensAndTheAppStopsCleanly()
     for (QWidget* w : QApplication::topLevelWidgets())
         topLevels += w->isVisible() ? 1 : 0;
     QVERIFY(topLevels >= 12);
+    // Every window carries the application's icon.
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w->isVisible())
+            QVERIFY2(w->windowIcon().pixmap(48).toImage() == iconImage, qPrintable(w->objectName()));
     // No label of any window reads its text as markup, save the fixed ones made so.
     int labels = 0;
     for (QWidget* w : QApplication::allWidgets())

@@ -181,7 +181,11 @@ void ExternalSensorsTest::portThatCannotOpenSaysSo()
     ExternalRig r;
     r.openError = QStringLiteral("No such file or directory");
     ExternalSensors& s = r.load();
+    QStringList logLines;
+    QObject::connect(&s, &ExternalSensors::logLine, [&logLines](const QString& l) { logLines << l; });
     s.ConnectDisconnectClicked();
+    // The session log gets the cause too.
+    QCOMPARE(logLines, QStringList{QStringLiteral(": Could not open External Sensor port COM3: No such file or directory")});
     QVERIFY(!s.link().PortOpen());
     QCOMPARE(s.StatusText(), QStringLiteral("Disconnected"));
     QCOMPARE(r.panels.text(4), QStringLiteral("External Port Disconnected"));
