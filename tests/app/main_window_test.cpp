@@ -17,6 +17,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
@@ -143,6 +144,15 @@ void MainWindowTest::usbLatencyItemShowsEachAdaptersTimer()
     QCOMPARE(boxes.size(), 1);
     QCOMPARE(boxes.first(), QStringLiteral("USB Port and Latency Settings: ") + w.core.ports().latencyReport());
     QVERIFY(boxes.first().contains(QStringLiteral("FT232R USB UART (COM1): ")));
+    if (!qEnvironmentVariableIsEmpty("VEXORIN_SCREENSHOT_DIR")) {
+        // The box as the message boxes make it, to look at.
+        QMessageBox box(QMessageBox::NoIcon, QStringLiteral("USB Port and Latency Settings"),
+                        w.core.ports().latencyReport(), QMessageBox::Ok, w.window.get());
+        box.setTextFormat(Qt::PlainText);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        saveShot(&box, QStringLiteral("usb-latency.png"));
+    }
 }
 
 void MainWindowTest::portRowsFollowTheListAndPick()
