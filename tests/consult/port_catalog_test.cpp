@@ -1,5 +1,6 @@
 // Serial ports on Linux: stable by-id names keep their COM numbers, the
 // latency report, and why a real port would not open.
+#include "consult/fake_transport.h"
 #include "consult/port_catalog.h"
 #include "consult/qt_serial_transport.h"
 #include "session_rig.h"
@@ -13,7 +14,13 @@
 
 namespace {
 const QString kStable = QStringLiteral("/dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A50285BI-if00-port0");
-}
+
+// A device whose driver took the low-latency flag, as a USB adapter's does.
+class LowLatencyTransport : public FakeTransport {
+public:
+    QString openNote() const override { return QStringLiteral("/dev/ttyUSB0 opened with the kernel's low-latency flag."); }
+};
+}  // namespace
 
 class PortCatalogTest : public QObject {
     Q_OBJECT
@@ -25,6 +32,7 @@ private slots:
     void aMissingDeviceIsExplainedInTheSessionLog();
     void aPortOpenTwiceIsNamedAsVexorinsOwn();
     void aPseudoTerminalOpensWithoutALowLatencyNote();
+    void lowLatencyGetsOneLineInTheSessionLog();
 };
 
 void PortCatalogTest::usbAdaptersGoByTheirStableNames()
@@ -134,6 +142,17 @@ void PortCatalogTest::aPseudoTerminalOpensWithoutALowLatencyNote()
     QString error;
     QVERIFY2(port.open(&error), qPrintable(error));
     QCOMPARE(port.openNote(), QString());  // the driver of a pseudo-terminal has no such flag
+}
+
+void PortCatalogTest::lowLatencyGetsOneLineInTheSessionLog()
+{
+    SessionRig rig([](int, QString*) { return new LowLatencyTransport; });
+    rig.link.setCommPort(3);
+    rig.session.ConnectDisconnect();
+    QVERIFY(rig.link.PortOpen());
+    QCOMPARE(rig.log.messages().filter(QStringLiteral("low-latency")),
+             QStringList{QStringLiteral(": Consult port 3: /dev/ttyUSB0 opened with the kernel's low-latency flag.")});
+    rig.session.ConnectDisconnect();
 }
 
 QTEST_MAIN(PortCatalogTest)

@@ -44,7 +44,7 @@ void PtyDownloadTest::stallsOfTheProgramCauseNoRetry()
     downloader.CancelDownload();
     QVERIFY2(stalls > 20, qPrintable(QString::number(stalls)));
     QCOMPARE(downloader.retries(), 0);
-    QVERIFY2(bytes > 1000, qPrintable(QString::number(bytes)));  // about 1,500 in 8 s with the stalls
+    QVERIFY2(bytes > 200, qPrintable(QString::number(bytes)));  // about 1,500 in 8 s on an idle machine
 }
 
 QTEST_MAIN(PtyDownloadTest)
