@@ -21,6 +21,10 @@ LinkOwner::LinkOwner(ConsultLink& link, QObject* parent)
         t->setTimerType(Qt::PreciseTimer);
     }
     connect(&pause_, &QTimer::timeout, this, &LinkOwner::begin);
+    // A timer may fire before the bytes that came meanwhile are announced
+    // (after the program itself was held up): the deadline and the quiet time
+    // read the port once more before they end a read. Polling may announce
+    // bytes and run onBytes() within it: what that did stands.
     connect(&deadline_, &QTimer::timeout, this, [this] {
         if (state_ == State::Settling) {
             finish(received_);  // the longest a settling read may take
@@ -37,9 +41,6 @@ LinkOwner::LinkOwner(ConsultLink& link, QObject* parent)
         else
             onDeadline();
     });
-    // A timer may fire before the bytes that came meanwhile are announced
-    // (after the program itself was held up): the port is read first.
-    // Polling may announce bytes and run onBytes() within it: what it did stands.
     connect(&quiet_, &QTimer::timeout, this, [this] {
         if (state_ != State::Settling)
             return;
