@@ -3,6 +3,7 @@
 #include "app/color_frame.h"
 #include "ui/color_picker_widget.h"
 #include "ui/message_box.h"
+#include "ui/overlay_panel.h"
 #include "ui/plain_text.h"
 
 #include <QGridLayout>
@@ -24,7 +25,7 @@ ColorFramePanel::ColorFramePanel(ColorFrame& frame, std::function<bool()> stayOn
     : QGroupBox(parent), frame_(frame)
 {
     setObjectName(QStringLiteral("Color"));
-    setAutoFillBackground(true);
+    vexorin::ui::styleOverlayPanel(this);
     auto* grid = new QGridLayout(this);
     for (int i = 0; i < 3; ++i) {
         grid->addWidget(new QLabel(QLatin1String(kPickers[i].label), this), i, 0);

@@ -2,6 +2,7 @@
 
 #include "app/credits_scroll.h"
 #include "ui/plain_text.h"
+#include "ui/window_keys.h"
 
 #include <QEvent>
 #include <QFontMetrics>
@@ -36,6 +37,7 @@ CreditsWindow::CreditsWindow(QWidget* parent) : QWidget(parent, Qt::Window), scr
         o->installEventFilter(this);
     connect(scroll_, &CreditsScroll::moved, this, [this](int top) { inner_->move(0, top); });
     connect(scroll_, &CreditsScroll::closeRequested, this, &QWidget::close);
+    vexorin::ui::addEscapeToClose(this);
     vexorin::ui::keepTextPlain(this);
 }
 

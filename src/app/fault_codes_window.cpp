@@ -2,6 +2,7 @@
 
 #include "consult/fault_codes.h"
 #include "ui/plain_text.h"
+#include "ui/window_keys.h"
 
 #include <QLabel>
 #include <QListWidget>
@@ -23,6 +24,7 @@ FaultCodesWindow::FaultCodesWindow(QWidget* parent)
         list_->addItem(QString::fromLatin1(c.help));
     v->addWidget(list_, 1);
     resize(520, 440);
+    vexorin::ui::addEscapeToClose(this);
     vexorin::ui::keepTextPlain(this);
 }
 

@@ -41,6 +41,7 @@
 #include "tools/register_viewer_window.h"
 #include "ui/color_picker_widget.h"
 #include "ui/common_dialog.h"
+#include "ui/layout_audit.h"
 #include "ui/message_box.h"
 #include "ui/plain_text.h"
 #include "ui/port_menu_items.h"
@@ -101,7 +102,8 @@ protected:
     {
         const int h = px(MainWindow::kClientHeightTwips);
         client_->setGeometry(0, 0, width(), h);
-        service_->setGeometry(0, h, width(), service_->sizeHint().height());
+        // Below the client area and below whatever the window shows of this one.
+        service_->setGeometry(0, qMax(h, height()), width(), service_->sizeHint().height());
     }
 
 private:
@@ -183,8 +185,12 @@ QWidget* MainWindow::buildClientArea()
     auto* client = new QWidget;
     client->setObjectName(QStringLiteral("ClientArea"));
     auto* h = new QHBoxLayout(client);
+    h->setContentsMargins(6, 6, 6, 6);
     auto* left = new QVBoxLayout;
+    left->setSpacing(4);
     sensorPanel_ = new SensorPanel(core_.displays(), client);
+    // The large view covers the first five rows whole.
+    sensorPanel_->alignRowsTo(largeViewRect(), 5);
     connect(sensorPanel_, &SensorPanel::sensorButtonClicked, &core_.selection(), &SensorSelection::SelectSensor);
     left->addWidget(sensorPanel_, 1);
     left->addWidget(buildGraphFrame());
@@ -198,16 +204,22 @@ QWidget* MainWindow::buildClientArea()
     const struct {
         const char* caption;
         std::function<void()> action;
+        Qt::Key key;  // a shortcut, shown in the tool tip
     } mainButtons[] = {
-        {"Connect/Disconnect", [&s] { s.ConnectDisconnect(); }},
-        {"Monitor On/Off", [&stream] { stream.MonitorOnOff(); }},
-        {"Voice On/Off", [this] { core_.voiceMonitor().VoiceMonitorSwitch(); }},
-        {"Get Fault Codes", [this] { core_.faultCodes().GetFaultCodes(); }},
-        {"Clear Fault Codes", [this] { core_.faultCodes().ClearFaultCodes(); }},
+        {"Connect/Disconnect", [&s] { s.ConnectDisconnect(); }, Qt::Key_unknown},
+        {"Monitor On/Off", [&stream] { stream.MonitorOnOff(); }, Qt::Key_F3},
+        {"Voice On/Off", [this] { core_.voiceMonitor().VoiceMonitorSwitch(); }, Qt::Key_F4},
+        {"Get Fault Codes", [this] { core_.faultCodes().GetFaultCodes(); }, Qt::Key_unknown},
+        {"Clear Fault Codes", [this] { core_.faultCodes().ClearFaultCodes(); }, Qt::Key_unknown},
     };
     for (const auto& b : mainButtons) {
         auto* button = new QPushButton(QString::fromLatin1(b.caption), client);
         button->setObjectName(QString::fromLatin1(b.caption).remove(QLatin1Char(' ')).replace(QLatin1Char('/'), QLatin1Char('_')) + QStringLiteral("Button"));
+        if (b.key != Qt::Key_unknown) {
+            button->setShortcut(QKeySequence(b.key));
+            button->setToolTip(QStringLiteral("%1 (%2)").arg(QLatin1String(b.caption),
+                                                             button->shortcut().toString(QKeySequence::NativeText)));
+        }
         connect(button, &QPushButton::clicked, this, b.action);
         side->addWidget(button);
     }
@@ -240,10 +252,15 @@ QWidget* MainWindow::buildClientArea()
 
     // The large view lies over the all-sensors panel when chosen.
     largeViewer_ = new LargeViewPanel(core_.displays(), client);
-    largeViewer_->setGeometry(px(LargeViewPanel::kLeft), px(LargeViewPanel::kTop), px(LargeViewPanel::kWidth),
-                              px(LargeViewPanel::kHeight));
+    vexorin::ui::markAsOverlay(largeViewer_);
+    largeViewer_->setGeometry(largeViewRect());
     largeViewer_->hide();
     return client;
+}
+
+QRect MainWindow::largeViewRect()
+{
+    return {px(LargeViewPanel::kLeft), px(LargeViewPanel::kTop), px(LargeViewPanel::kWidth), px(LargeViewPanel::kHeight)};
 }
 
 QWidget* MainWindow::buildGraphFrame()
@@ -253,7 +270,7 @@ QWidget* MainWindow::buildGraphFrame()
     auto* h = new QHBoxLayout(frame);
     h->setContentsMargins(0, 0, 0, 0);
     graphWidget_ = new GraphWidget(core_.graph(), frame);
-    graphWidget_->setFixedHeight(96);
+    graphWidget_->setFixedHeight(92);
     h->addWidget(graphWidget_, 1);
 
     GraphFeed& feed = core_.graphFeed();
@@ -371,16 +388,21 @@ void MainWindow::buildStatusBar()
 {
     QStatusBar* bar = statusBar();
     QFont small = bar->font();
-    small.setPointSizeF(small.pointSizeF() * 0.85);
+    small.setPointSizeF(small.pointSizeF() * 0.8);
     bar->setFont(small);
-    // Wide enough for the longest text each panel shows.
-    const char* const widest[8] = {"Consult Port Disconnected", "Consult Port 16", "Requesting Fault Codes",
-                                   "External Port Disconnected", "External Port 16", "Standby", "00/00/0000",
-                                   "00:00 AM"};
+    bar->setSizeGripEnabled(false);
+    // Wide enough for the longest text each panel shows; the date and time in this desktop's own form.
+    const QString widest[8] = {QStringLiteral("Consult Port Disconnected"), QStringLiteral("Consult Port 16"),
+                               QStringLiteral("Requesting Fault Codes"), QStringLiteral("External Port Disconnected"),
+                               QStringLiteral("External Port 16"), QStringLiteral("Monitoring Sensors"),
+                               QLocale().toString(QDate(2000, 12, 28), QLocale::ShortFormat),
+                               QLocale().toString(QTime(23, 58), QLocale::ShortFormat)};
     for (int i = 0; i < 8; ++i) {
         auto* l = new QLabel(this);
         l->setFont(small);
-        l->setMinimumWidth(l->fontMetrics().horizontalAdvance(QLatin1String(widest[i])) + 10);
+        l->setFrameShape(QFrame::Panel);
+        l->setIndent(3);
+        l->setMinimumWidth(l->fontMetrics().horizontalAdvance(widest[i]) + 2 * l->frameWidth() + l->indent() + 2);
         l->setObjectName(QStringLiteral("StatusPanel%1").arg(i + 1));
         l->setFrameShape(QFrame::Panel);
         l->setFrameShadow(QFrame::Sunken);
@@ -414,7 +436,10 @@ void MainWindow::refreshLabels()
     connectAction_->setChecked(s.connectDisconnectChecked());
     voiceMonitorAction_->setChecked(s.voiceMonitorChecked());
     const bool connected = s.ConnectedLabel() == QLatin1String("Connected");
-    connectedLabel_->setStyleSheet(connected ? QStringLiteral("color: #1a7f1a;") : QStringLiteral("color: #a01010;"));
+    // Green and red that read on the day face and on the night face alike.
+    const bool night = core_.options().nightMode();
+    connectedLabel_->setStyleSheet(connected ? (night ? QStringLiteral("color: #6ad46a;") : QStringLiteral("color: #1a7f1a;"))
+                                             : (night ? QStringLiteral("color: #ff7070;") : QStringLiteral("color: #a01010;")));
 }
 
 void MainWindow::refreshPortRows()
@@ -448,12 +473,13 @@ void MainWindow::refreshViews()
 
 void MainWindow::placeSharedSpotFrames()
 {
-    // The spot: the lower right of the all-sensors panel, above its bars.
-    const QRect panel = sensorPanel_->geometry();
+    // The spot: the last rows of the all-sensors panel, as many whole rows as the frame needs.
     for (QWidget* frame : sharedSpotFrames_) {
-        const QSize hint = frame->sizeHint();
-        const int w = qMax(hint.width(), 300);
-        frame->setGeometry(panel.right() - w - 8, panel.bottom() - hint.height() - 8, w, hint.height());
+        const int height = frame->sizeHint().height();
+        int first = vexorin::sensors::kSensorCount - 1;
+        while (first > 0 && sensorPanel_->rowsFrom(first).height() < height)
+            --first;
+        frame->setGeometry(sensorPanel_->rowsFrom(first));
         if (frame->isVisible())
             frame->raise();
     }

@@ -8,6 +8,7 @@
 #include "ui/twips.h"
 
 #include <QMainWindow>
+#include <QPalette>
 #include <QPointer>
 
 class AppCore;
@@ -117,6 +118,7 @@ private:
     void showFaultCodes();
     void showSpeechEngines();
     void placeSharedSpotFrames();
+    static QRect largeViewRect();  // where the large view lies over the all-sensors panel
     void showExternalSensors();
     void registerWindowMakers();
 
@@ -157,6 +159,8 @@ private:
     QList<QAction*> voiceTypeActions_;
     QList<std::pair<QAction*, bool (OptionsMenu::*)() const>> optionChecks_;
     QAction* stayOnTopAction_ = nullptr;
+    bool nightShown_ = false;
+    QPalette dayPalette_;
     ColorFramePanel* colorFramePanel_ = nullptr;
     WindowGeometry storedGeometry_;
     bool placedOnShow_ = false;

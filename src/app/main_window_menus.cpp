@@ -20,6 +20,8 @@
 #include "sensors/monitor_views.h"
 #include "ui/common_dialog.h"
 #include "ui/message_box.h"
+#include "ui/night_palette.h"
+#include "ui/window_keys.h"
 #include "voice/alerts.h"
 #include "voice/speech_recognition.h"
 #include "voice/voice_gate.h"
@@ -27,6 +29,7 @@
 #include "voice/voice_types.h"
 
 #include <QActionGroup>
+#include <QApplication>
 #include <QMenuBar>
 
 
@@ -55,13 +58,15 @@ void MainWindow::buildMenus()
     connect(captureAction_, &QAction::triggered, this,
             [this] { captureAction_->setChecked(core_.capture().checked()); });
     file->addSeparator();
-    add(file, "Exit", tr("Exit"), [this] { exitFromMenu(); });
+    add(file, "Exit", tr("Exit"), [this] { exitFromMenu(); })->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    captureAction_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_L));
 
     consultMenu_ = menuBar()->addMenu(tr("&Consult"));
     consultMenu_->setObjectName(QStringLiteral("ConsultMenu"));
     connectAction_ = add(consultMenu_, "ConnectDisconnect", QStringLiteral("Connect/Disconnect"),
                          [&s] { s.ConnectDisconnect(); });
     connectAction_->setCheckable(true);
+    connectAction_->setShortcut(QKeySequence(Qt::Key_F2));
     portRowsStart_ = consultMenu_->addSeparator();
     portRowsEnd_ = consultMenu_->addSeparator();
     add(consultMenu_, "UpdatePortInfo", QStringLiteral("Update Port Information"),
@@ -88,6 +93,19 @@ void MainWindow::buildMenus()
     largeViewAction_->setCheckable(true);
     add(view, "Dash", QStringLiteral("Dash"), [this] { showDash(); });
     add(view, "ByteViewer", QStringLiteral("Byte Viewer"), [this] { showByteViewer(); });
+    QAction* night = add(view, "NightMode", QStringLiteral("Night Mode"), [this] { core_.options().ToggleNightMode(); });
+    night->setCheckable(true);
+    optionChecks_.append({night, &OptionsMenu::nightMode});
+    connect(&core_.options(), &OptionsMenu::changed, this, [this] {
+        if (core_.options().nightMode() == nightShown_)
+            return;
+        nightShown_ = core_.options().nightMode();
+        if (nightShown_)
+            dayPalette_ = QApplication::palette();  // the desktop's own, for the way back
+        QApplication::setPalette(nightShown_ ? vexorin::ui::nightPalette() : dayPalette_);
+        refreshLabels();
+    });
+    vexorin::ui::addFullScreenKey(this);
     view->addSeparator();
     add(view, "UseExternalSensors", QStringLiteral("External Sensors"), [this] { showExternalSensors(); });
     // The colour frame's targets; the A/F bar (switch 7) comes last in the menu.

@@ -46,6 +46,13 @@ void OptionsMenu::ToggleStayOnTop()
     emit changed();
 }
 
+void OptionsMenu::ToggleNightMode()
+{
+    nightMode_ = !nightMode_;
+    writeSetting(store_, Settings::NightMode, text(nightMode_));
+    emit changed();
+}
+
 void OptionsMenu::SetWindowSize(const WindowGeometry& g)
 {
     writeSetting(store_, Settings::WindowHeight, QString::number(g.height));
@@ -69,6 +76,7 @@ WindowGeometry OptionsMenu::storedGeometry() const
 void OptionsMenu::restore()
 {
     stayOnTop_ = readSetting(store_, Settings::StayOnTop) == QLatin1String("True");
+    nightMode_ = readSetting(store_, Settings::NightMode) == QLatin1String("True");
     restorePair(mph_, kph_, Settings::Mph);
     restorePair(windowsSeven_, windowsXP_, Settings::WindowsSeven);
     emit changed();

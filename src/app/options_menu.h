@@ -28,6 +28,7 @@ public:
     bool windowsSeven() const override { return windowsSeven_; }
     bool windowsXP() const override { return windowsXP_; }
     bool stayOnTop() const { return stayOnTop_; }
+    bool nightMode() const { return nightMode_; }
 
     void ChooseMph();
     void ChooseKph();
@@ -35,6 +36,7 @@ public:
     void ChooseWindowsXP();
     // "Stay on top": toggles and writes "True"/"False".
     void ToggleStayOnTop();
+    void ToggleNightMode();
     // "Set Window Size and Position": Height, Width, Top, Left, in that order.
     void SetWindowSize(const WindowGeometry& g);
     // The stored geometry; a value that is missing or no number takes the design value.
@@ -55,6 +57,7 @@ private:
     void restorePair(bool& first, bool& second, const SettingKey& key);
 
     SettingsStore& store_;
+    bool nightMode_ = false;
     bool mph_ = true;
     bool kph_ = false;
     bool windowsSeven_ = false;

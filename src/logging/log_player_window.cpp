@@ -62,6 +62,9 @@ LogPlayerWindow::LogPlayerWindow(QWidget* parent)
         value->setObjectName(QStringLiteral("Label%1").arg(index));
         value->setMinimumWidth(90);
         value->setFrameShape(QFrame::StyledPanel);
+        QFont bold = value->font();
+        bold.setBold(true);
+        value->setFont(bold);
         caption->setBuddy(value);
         grid->addWidget(caption, i, 0);
         if (i == 13)
@@ -76,13 +79,14 @@ LogPlayerWindow::LogPlayerWindow(QWidget* parent)
             bar->setBackColor(QColor(0x80, 0x80, 0xFF));
             bar->setStartColor(Qt::blue);
             bar->setEndColor(Qt::blue);
-            bar->setFixedHeight(16);
+            bar->setMinimumHeight(16);
+            bar->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
             grid->addWidget(bar, i, 2);
             bars_[std::size_t(i)] = bar;
         }
     }
     grid->setColumnStretch(2, 1);
-    v->addWidget(values);
+    v->addWidget(values, 1);  // the frame's rows take the window's height
 
     auto* boxes = new QHBoxLayout;
     position_ = new QLineEdit(this);
@@ -128,7 +132,6 @@ LogPlayerWindow::LogPlayerWindow(QWidget* parent)
     picture_ = new QLabel(this);
     picture_->setObjectName(QStringLiteral("SnapshotPicture"));
     picture_->hide();
-    v->addStretch();
 
     connect(&p, &LogPlayer::changed, this, &LogPlayerWindow::refresh);
     connect(&p, &LogPlayer::message, this, [this](const QString& t) { MessageBoxes::information(this, t); });

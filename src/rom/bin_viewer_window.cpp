@@ -33,6 +33,7 @@
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace {
@@ -60,7 +61,7 @@ BinViewerWindow::BinViewerWindow(int formCount, QWidget* parent)
     grid_ = new MapGridWidget(this);
     grid_->setObjectName(QStringLiteral("BINGrid"));
     grid_->configure(kHeadingWidthTwips, QStringLiteral("7FF0 - 7FFF"), Qt::AlignLeft, Qt::AlignCenter,
-                     Qt::AlignRight);
+                     Qt::AlignRight, QStringLiteral("FF"));
     grid_->setFixedSize(grid_->sizeHint());
     grid_->setMouseTracking(true);
     grid_->setFocusPolicy(Qt::ClickFocus);
@@ -97,6 +98,7 @@ BinViewerWindow::BinViewerWindow(int formCount, QWidget* parent)
     banks_->setObjectName(QStringLiteral("RegisterBank"));
     banks_->addItems(BinViewer::bankItems());
     banks_->setMaxVisibleItems(16);
+    banks_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     bankLabel->setBuddy(banks_);
     bankLayout->addWidget(bankLabel);
     bankLayout->addWidget(banks_);
@@ -113,8 +115,15 @@ BinViewerWindow::BinViewerWindow(int formCount, QWidget* parent)
     regions_ = new QListWidget(this);
     regions_->setObjectName(QStringLiteral("RegisterReference"));
     regions_->addItems(BinViewer::registerList());
-    regions_->setMinimumWidth(200);
-    regions_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Expanding);
+    // Wide enough for its longest row, in a slightly smaller print so that the window keeps its design width.
+    QFont listFont = regions_->font();
+    listFont.setPointSizeF(listFont.pointSizeF() * 0.92);
+    regions_->setFont(listFont);
+    int widest = 0;
+    for (const QString& row : BinViewer::registerList())
+        widest = qMax(widest, regions_->fontMetrics().horizontalAdvance(row));
+    regions_->setMinimumWidth(widest + 2 * regions_->frameWidth() + regions_->style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 8);
+    regions_->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Expanding);
     listLabel->setBuddy(regions_);
     right->addWidget(regions_, 1);
     converted_ = new QLabel(this);

@@ -1,6 +1,7 @@
 #include "rom/hex_chart_window.h"
 
 #include "ui/plain_text.h"
+#include "ui/window_keys.h"
 
 #include <QLabel>
 #include <QPainter>
@@ -25,6 +26,7 @@ HexChartWindow::HexChartWindow(QWidget* parent) : QWidget(parent, Qt::Window)
     picture->setAccessibleName(QStringLiteral("Decimal to hexadecimal chart"));
     v->addWidget(picture);
     setFixedSize(kWidth, kHeight);
+    vexorin::ui::addEscapeToClose(this);
     vexorin::ui::keepTextPlain(this);
 }
 

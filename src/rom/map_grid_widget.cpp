@@ -31,9 +31,6 @@ MapGridWidget::MapGridWidget(QWidget* parent) : QTableWidget(MapGrid::kSize, Map
     QFont f = font();
     f.setPixelSize(11);
     setFont(f);
-    const int cellText = QFontMetrics(f).horizontalAdvance(QStringLiteral("19.60")) + kTextPadding;
-    for (int c = 1; c < MapGrid::kSize; ++c)
-        setColumnWidth(c, std::max(kCellWidthTwips / vexorin::ui::kTwipsPerPixel, cellText));
     for (int r = 0; r < MapGrid::kSize; ++r) {
         setRowHeight(r, kRowHeight);
         for (int c = 0; c < MapGrid::kSize; ++c) {
@@ -47,8 +44,11 @@ MapGridWidget::MapGridWidget(QWidget* parent) : QTableWidget(MapGrid::kSize, Map
 }
 
 void MapGridWidget::configure(int headingWidthTwips, const QString& widestHeading, Qt::Alignment corner,
-                              Qt::Alignment headingColumn, Qt::Alignment cells)
+                              Qt::Alignment headingColumn, Qt::Alignment cells, const QString& widestCell)
 {
+    const int cellText = QFontMetrics(font()).horizontalAdvance(widestCell) + kTextPadding;
+    for (int c = 1; c < MapGrid::kSize; ++c)
+        setColumnWidth(c, std::max(kCellWidthTwips / vexorin::ui::kTwipsPerPixel, cellText));
     QFont bold = font();
     bold.setBold(true);
     const int headingText = QFontMetrics(bold).horizontalAdvance(widestHeading) + kTextPadding;

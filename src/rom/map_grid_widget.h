@@ -13,9 +13,11 @@ public:
 
     explicit MapGridWidget(QWidget* parent = nullptr);
 
-    // The heading column's width and the text it must hold; where texts stand.
+    // The heading column's width and the text it must hold; where texts stand;
+    // the widest text of a cell (a map's figure by default).
     void configure(int headingWidthTwips, const QString& widestHeading, Qt::Alignment corner,
-                   Qt::Alignment headingColumn, Qt::Alignment cells);
+                   Qt::Alignment headingColumn, Qt::Alignment cells,
+                   const QString& widestCell = QStringLiteral("19.60"));
 
     // Shows every cell of the grid.
     void showGrid(const MapGrid& grid);

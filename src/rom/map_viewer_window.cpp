@@ -5,6 +5,7 @@
 #include "rom/rom_image.h"
 #include "ui/common_dialog.h"
 #include "ui/event_loop_yield.h"
+#include "ui/layout_audit.h"
 #include "ui/message_box.h"
 #include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
@@ -15,6 +16,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QKeyEvent>
 #include <QCloseEvent>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -152,6 +154,50 @@ QList<MapViewerWindow*> MapViewerWindow::family() const
     return out;
 }
 
+bool MapViewerWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    int t = 0;
+    while (t < int(pages_.size()) && pages_[std::size_t(t)].grid != watched)
+        ++t;
+    if (t == int(pages_.size()))
+        return QWidget::eventFilter(watched, event);
+    return gridKey(t, *static_cast<QKeyEvent*>(event));
+}
+
+bool MapViewerWindow::gridKey(int t, const QKeyEvent& key)
+{
+    const MapViewer::Tab& tab = viewer_->tab(t);
+    MapGridWidget* grid = pages_[std::size_t(t)].grid;
+    const bool stepKey = key.key() == Qt::Key_Up || key.key() == Qt::Key_Down;
+    if (key.modifiers() == Qt::ControlModifier && stepKey) {
+        if (tab.editMode)
+            key.key() == Qt::Key_Up ? viewer_->spinUp(t) : viewer_->spinDown(t);
+        return true;
+    }
+    if (key.modifiers() != Qt::NoModifier && key.modifiers() != Qt::KeypadModifier)
+        return false;
+    int dr = 0, dc = 0;
+    switch (key.key()) {
+    case Qt::Key_Up: dr = -1; break;
+    case Qt::Key_Down: dr = 1; break;
+    case Qt::Key_Left: dc = -1; break;
+    case Qt::Key_Right: dc = 1; break;
+    default: return false;
+    }
+    // From the cell being edited, or from the grid's own current cell outside edit mode.
+    const QModelIndex current = grid->currentIndex();
+    const int row = tab.editMode ? tab.overlayRow : (current.isValid() ? current.row() : 0);
+    const int column = tab.editMode ? tab.overlayColumn : (current.isValid() ? current.column() : 0);
+    const int r = qBound(0, row + dr, grid->rowCount() - 1);
+    const int c = qBound(0, column + dc, grid->columnCount() - 1);
+    grid->setCurrentCell(r, c);
+    if (tab.grid.enabled)
+        viewer_->selectCell(t, r, c);
+    return true;
+}
+
 QAction* MapViewerWindow::action(const QString& objectName) const
 {
     return findChild<QAction*>(objectName);
@@ -189,6 +235,7 @@ QWidget* MapViewerWindow::buildPage(int t)
     Page& p = pages_[std::size_t(t)];
     p.widget = new QWidget;
     auto* h = new QHBoxLayout(p.widget);
+    h->setSpacing(16);  // "Viewing : ..." and the "ECU Data" caption stand apart
     h->setContentsMargins(6, 4, 6, 4);
 
     // Left: the map, what it shows, and the file.
@@ -213,6 +260,9 @@ QWidget* MapViewerWindow::buildPage(int t)
         if (viewer_->tab(t).grid.enabled)
             viewer_->selectCell(t, r, c);
     });
+    // By keyboard: the arrows move the selected cell, Ctrl+Up and Ctrl+Down step its value.
+    p.grid->setFocusPolicy(Qt::StrongFocus);
+    p.grid->installEventFilter(this);
 
     auto* buttons = new QHBoxLayout;
     p.clearMatrix = new QPushButton(QStringLiteral("Clear Matrix"));
@@ -336,6 +386,7 @@ QWidget* MapViewerWindow::buildPage(int t)
     // The red outline over the editable cell.
     p.overlay = new QFrame(p.widget);
     p.overlay->setObjectName(numbered("EditFrame", t));
+    vexorin::ui::markAsOverlay(p.overlay);
     p.overlay->setStyleSheet(QStringLiteral("QFrame#%1 { background-color: red; }").arg(p.overlay->objectName()));
     p.overlayBox = new QLineEdit(p.overlay);
     p.overlayBox->setObjectName(numbered("EditBox", t));
@@ -362,8 +413,10 @@ void MapViewerWindow::refreshTab(int t)
         tab.framesRed ? std::optional<vexorin::rom::Rgb>(vexorin::rom::Rgb{0xFF, 0, 0}) : std::nullopt;
     for (QFrame* f : {p.newValueFrame, p.spinFrame}) {
         QPalette pal = palette();
-        if (red)
+        if (red) {
             pal.setColor(QPalette::Window, QColor(red->r, red->g, red->b));
+            pal.setColor(QPalette::WindowText, Qt::white);  // "New Value :" stays readable on the red
+        }
         f->setPalette(pal);
     }
     p.byteDisplayed->setText(tab.byteValueDisplayed);

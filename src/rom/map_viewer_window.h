@@ -13,6 +13,7 @@ class MapViewer;
 class QAction;
 class QCheckBox;
 class QFrame;
+class QKeyEvent;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -58,10 +59,12 @@ signals:
     void viewerOpened(MapViewerWindow* viewer);
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* e) override;
     void resizeEvent(QResizeEvent* e) override;
 
 private:
+    bool gridKey(int tab, const QKeyEvent& key);
     struct Page {
         QWidget* widget = nullptr;
         MapGridWidget* grid = nullptr;

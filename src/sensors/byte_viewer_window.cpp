@@ -2,6 +2,7 @@
 
 #include "sensors/byte_viewer_cells.h"
 #include "ui/plain_text.h"
+#include "ui/window_keys.h"
 
 #include <QFontDatabase>
 #include <QGridLayout>
@@ -44,6 +45,7 @@ ByteViewerWindow::ByteViewerWindow(ByteViewerCells& cells, QWidget* parent)
     connect(&cells_, &ByteViewerCells::cellChanged, this, &ByteViewerWindow::refresh);
     for (int i = 1; i <= 64; ++i)
         refresh(i);
+    vexorin::ui::addEscapeToClose(this);
     vexorin::ui::keepTextPlain(this);
 }
 

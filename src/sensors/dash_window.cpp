@@ -1,9 +1,12 @@
 #include "sensors/dash_window.h"
 
 #include "sensors/sensor_displays.h"
+#include "ui/fitted_font.h"
 #include "ui/plain_text.h"
+#include "ui/window_keys.h"
 
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QMenuBar>
 #include <QVBoxLayout>
@@ -47,18 +50,24 @@ DashWindow::DashWindow(SensorDisplays& displays, QWidget* parent)
     auto* grid = new QGridLayout(face);
     grid->setContentsMargins(16, 12, 16, 16);
     grid->setHorizontalSpacing(28);
-    grid->setVerticalSpacing(10);
+    grid->setVerticalSpacing(4);
     int n = 0;
     for (const DashEntry& e : kDash) {
         auto* caption = new QLabel(QString::fromLatin1(e.caption), face);
-        QFont cf = caption->font();
-        cf.setPointSizeF(cf.pointSizeF() * 1.1);
-        caption->setFont(cf);
+        auto* unit = new QLabel(QString::fromUtf8(unitSymbol(e.id)), face);
+        unit->setObjectName(QString::fromLatin1(spec(e.id).dashLabel) + QStringLiteral("Unit"));
+        unit->setAccessibleName(QString::fromLatin1(spec(e.id).unit));
+        unit->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        for (QLabel* l : {caption, unit}) {
+            QFont f = l->font();
+            f.setPointSizeF(f.pointSizeF() * 1.1);
+            l->setFont(f);
+        }
         auto* value = new QLabel(face);
         value->setObjectName(QString::fromLatin1(spec(e.id).dashLabel));
-        value->setMinimumWidth(120);
+        value->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+        value->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
         QFont vf = value->font();
-        vf.setPointSizeF(vf.pointSizeF() * 2.6);
         vf.setBold(true);
         value->setFont(vf);
         QPalette vp = value->palette();
@@ -66,8 +75,14 @@ DashWindow::DashWindow(SensorDisplays& displays, QWidget* parent)
         value->setPalette(vp);
         caption->setBuddy(value);
         const int row = (n / 4) * 2, col = n % 4;
-        grid->addWidget(caption, row, col);
+        auto* head = new QHBoxLayout;
+        head->addWidget(caption);
+        head->addStretch(1);
+        head->addWidget(unit);
+        grid->addLayout(head, row, col);
         grid->addWidget(value, row + 1, col);
+        grid->setRowStretch(row + 1, 1);
+        grid->setColumnStretch(col, 1);
         values_[std::size_t(e.id)] = value;
         ++n;
     }
@@ -75,7 +90,36 @@ DashWindow::DashWindow(SensorDisplays& displays, QWidget* parent)
     connect(&displays_, &SensorDisplays::dashChanged, this, &DashWindow::refresh);
     for (const DashEntry& e : kDash)
         refresh(int(e.id));
+    vexorin::ui::addFullScreenKey(this);
+    vexorin::ui::addEscapeToClose(this);
+    resize(600, 260);
     vexorin::ui::keepTextPlain(this);
+}
+
+void DashWindow::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    fitValues();
+}
+
+void DashWindow::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    fitValues();
+}
+
+void DashWindow::fitValues()
+{
+    // Every value gets the room of the smallest value cell; the digits fill it.
+    layout()->activate();
+    QSize room(1 << 20, 1 << 20);
+    for (QLabel* l : values_)
+        if (l)
+            room = room.boundedTo(l->contentsRect().size());
+    const QFont font = vexorin::ui::fittedFont(values_[0]->font(), room, QStringLiteral("000.00"));
+    for (QLabel* l : values_)
+        if (l)
+            l->setFont(font);
 }
 
 QLabel* DashWindow::valueLabel(const QString& name) const

@@ -1,6 +1,7 @@
 #include "sensors/large_view_panel.h"
 
 #include "sensors/sensor_displays.h"
+#include "ui/fitted_font.h"
 #include "ui/gradient_bar_widget.h"
 #include "ui/plain_text.h"
 #include "ui/vb_color.h"
@@ -20,6 +21,8 @@ LargeViewPanel::LargeViewPanel(SensorDisplays& displays, QWidget* parent)
     setPalette(p);
 
     auto* v = new QVBoxLayout(this);
+    v->setContentsMargins(4, 4, 4, 4);
+    v->setSpacing(1);
     auto* top = new QHBoxLayout;
     word_ = new QLabel(this);
     word_->setObjectName(QStringLiteral("LargeSensorWord"));
@@ -31,9 +34,9 @@ LargeViewPanel::LargeViewPanel(SensorDisplays& displays, QWidget* parent)
     value_->setObjectName(QStringLiteral("LargeValueLabel"));
     value_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     QFont vf = value_->font();
-    vf.setPointSizeF(vf.pointSizeF() * 4.0);
     vf.setBold(true);
     value_->setFont(vf);
+    value_->setMinimumSize(1, 1);
     QPalette vp = value_->palette();
     vp.setColor(QPalette::WindowText, QColor(0x00, 0xFF, 0x00));
     value_->setPalette(vp);
@@ -42,7 +45,7 @@ LargeViewPanel::LargeViewPanel(SensorDisplays& displays, QWidget* parent)
     v->addLayout(top, 1);
     bar_ = new GradientBar(this);
     bar_->setObjectName(QStringLiteral("LargeSensorBar"));
-    bar_->setFixedHeight(26);
+    bar_->setFixedHeight(14);
     v->addWidget(bar_);
 
     connect(&displays_, &SensorDisplays::largeChanged, this, &LargeViewPanel::refresh);
@@ -50,6 +53,16 @@ LargeViewPanel::LargeViewPanel(SensorDisplays& displays, QWidget* parent)
     refresh();
     refreshColors(SensorDisplays::kLargeBarIndex);
     vexorin::ui::keepTextPlain(this);
+}
+
+void LargeViewPanel::resizeEvent(QResizeEvent* event)
+{
+    QFrame::resizeEvent(event);
+    // The digits fill the room beside the word, down to the bar.
+    const int wordWidth = word_->fontMetrics().horizontalAdvance(QStringLiteral("Battery")) + 12;
+    const QRect inside = contentsRect();
+    const QSize room(inside.width() - 8 - wordWidth, inside.height() - 8 - 1 - bar_->height());
+    value_->setFont(vexorin::ui::fittedFont(value_->font(), room, QStringLiteral("0000.00")));
 }
 
 void LargeViewPanel::refresh()

@@ -19,6 +19,9 @@ public:
     QLabel* value() const { return value_; }
     GradientBar* bar() const { return bar_; }
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     void refresh();
     void refreshColors(int bar);

@@ -1,5 +1,8 @@
 #include "sensors/sensor_catalog.h"
 
+#include <string_view>
+#include <utility>
+
 namespace vexorin::sensors {
 
 // clang-format off
@@ -24,6 +27,18 @@ const std::array<SensorSpec, kSensorCount> kSensors{{
 const std::array<SensorId, kSensorCount> kPanelOrder{
     SensorId::Speed, SensorId::RPM,    SensorId::TPS,  SensorId::MAF,   SensorId::O2L,  SensorId::O2R,    SensorId::AF,
     SensorId::INJ,   SensorId::Timing, SensorId::IACV, SensorId::Water, SensorId::Fuel, SensorId::Battery};
+
+const char* unitSymbol(SensorId id)
+{
+    static const std::pair<std::string_view, const char*> symbols[] = {
+        {"miles per hour", "mph"}, {"revolutions per minute", "rpm"}, {"volts", "V"},
+        {"milliseconds", "ms"},    {"degrees", "\u00b0"},             {"percent", "%"},
+        {"degrees Fahrenheit", "\u00b0F"}};
+    for (const auto& [unit, symbol] : symbols)
+        if (unit == spec(id).unit)
+            return symbol;
+    return "";
+}
 
 SensorReading convert(SensorId id, int hi, int lo, const NumberSymbols& symbols)
 {

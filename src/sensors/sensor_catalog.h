@@ -50,6 +50,9 @@ inline const SensorSpec& spec(SensorId id)
     return kSensors[std::size_t(id)];
 }
 
+// The unit as a short caption beside a value ("mph", "V", "°F"); empty for the A/F alpha.
+const char* unitSymbol(SensorId id);
+
 // The order in which the main window's panel lists, colours and blanks its sensors.
 extern const std::array<SensorId, kSensorCount> kPanelOrder;
 

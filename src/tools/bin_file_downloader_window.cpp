@@ -20,7 +20,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMenuBar>
 #include <QPainter>
 #include <QPushButton>
@@ -32,12 +31,17 @@ using namespace vexorin::tools;
 
 namespace {
 const QString kMatrixStyle = QStringLiteral(
-    "QLabel, QRadioButton, QLineEdit, QListWidget, QGroupBox { background-color: rgb(0,64,0); color: rgb(192,255,192); }"
+    "QLabel, QRadioButton, QLineEdit, QGroupBox { background-color: rgb(0,64,0); color: rgb(192,255,192); }"
     "QGroupBox { border: 1px solid rgb(0,140,40); margin-top: 8px; padding-top: 6px; }"
     "QGroupBox::title { subcontrol-origin: margin; left: 8px; padding: 0 3px; }"
     "QPushButton { background-color: rgb(0,64,0); color: rgb(192,255,192); border: 1px solid rgb(0,160,60);"
     " padding: 4px 12px; }"
     "QPushButton:disabled { color: rgb(70,120,70); }"
+    // Unticked options keep a visible ring on the dark green.
+    "QRadioButton::indicator { width: 12px; height: 12px; border-radius: 7px; border: 1px solid rgb(192,255,192);"
+    " background: rgb(0,40,0); }"
+    "QRadioButton::indicator:checked { background: qradialgradient(cx:0.5, cy:0.5, radius:0.5, fx:0.5, fy:0.5,"
+    " stop:0 rgb(192,255,192), stop:0.5 rgb(192,255,192), stop:0.6 rgb(0,40,0), stop:1 rgb(0,40,0)); }"
     "QLabel#Heading { background: transparent; color: rgb(0,255,90); }");
 
 // The client area: the background picture behind everything in the matrix look.
@@ -291,12 +295,15 @@ QWidget* BinFileDownloaderWindow::buildClientArea()
         outer->addWidget(l);
     }
 
-    byteList_ = new QListWidget(area);
+    // The last burst's bytes, wrapped onto as many lines as the window's width needs.
+    byteList_ = new QLabel(area);
     byteList_->setObjectName(QStringLiteral("ByteList"));
     byteList_->setAccessibleName(QStringLiteral("Bytes of the last burst"));
-    byteList_->setFixedHeight(byteList_->fontMetrics().height() + 2 * byteList_->frameWidth() + 8);
-    byteList_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    byteList_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    byteList_->setFrameShape(QFrame::StyledPanel);
+    byteList_->setWordWrap(true);
+    byteList_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    byteList_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    byteList_->setMinimumHeight(4 * byteList_->fontMetrics().lineSpacing() + 2 * byteList_->frameWidth() + 4);
     outer->addStretch(1);
     outer->addWidget(byteList_);
     // The bytes of a burst are one long line; the box shows as much as fits.
@@ -332,9 +339,7 @@ void BinFileDownloaderWindow::refreshLabels()
         retryWarning_->setStyleSheet(QString());
     saveTo_->setText(l.SaveTo);
     binaryBox_->setText(l.BinaryBox);
-    byteList_->clear();
-    if (!l.ByteList.isEmpty())
-        byteList_->addItem(l.ByteList);
+    byteList_->setText(l.ByteList);
 }
 
 void BinFileDownloaderWindow::refreshState()

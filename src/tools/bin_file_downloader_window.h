@@ -13,7 +13,6 @@ class GradientBar;
 class QAction;
 class QLabel;
 class QLineEdit;
-class QListWidget;
 class QPushButton;
 class QRadioButton;
 class QToolButton;
@@ -62,7 +61,7 @@ private:
     QLabel* verifyReport_ = nullptr;
     QLineEdit* saveTo_ = nullptr;
     QLineEdit* binaryBox_ = nullptr;
-    QListWidget* byteList_ = nullptr;
+    QLabel* byteList_ = nullptr;
     GradientBar* bar_ = nullptr;
     QLabel* picture_ = nullptr;
     QWidget* spinner_ = nullptr;

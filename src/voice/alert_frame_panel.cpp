@@ -1,5 +1,6 @@
 #include "voice/alert_frame_panel.h"
 
+#include "ui/overlay_panel.h"
 #include "ui/plain_text.h"
 #include "ui/user_input.h"
 #include "voice/alerts.h"
@@ -17,11 +18,7 @@ AlertFramePanel::AlertFramePanel(Alert& alert, QWidget* parent)
 {
     const AlertSpec& s = alert.spec();
     setObjectName(QLatin1String(s.frame));
-    setAutoFillBackground(true);
-    // It lies over the sensor bars, so it gets an edge of its own.
-    setStyleSheet(QStringLiteral("QGroupBox { border: 1px solid palette(shadow); border-radius: 3px; margin-top: 1.4em;"
-                                 " background: palette(window); }"
-                                 " QGroupBox::title { subcontrol-origin: margin; left: 8px; font-weight: bold; }"));
+    vexorin::ui::styleOverlayPanel(this);
     auto* grid = new QGridLayout(this);
     auto* caption = new QLabel(tr("Limit:"), this);
     limit_ = new QLineEdit(this);

@@ -189,7 +189,10 @@ void MonitorWindowsTest::dashShowsTwelveValuesAndExits()
     for (const char* c : {"Speed", "RPM", "TPS", "MAF", "O2 (L)", "O2 (R)", "INJ", "Timing", "IACV", "Water", "Fuel", "Battery"})
         QVERIFY2(captions.contains(QLatin1String(c)), c);
     QVERIFY(!captions.contains(QStringLiteral("A/F")));
-    QCOMPARE(dash->findChildren<QLabel*>().size(), 24);
+    // Twelve pairs, each with its unit beside the caption.
+    QCOMPARE(dash->findChildren<QLabel*>().size(), 36);
+    QCOMPARE(dash->findChild<QLabel*>(QStringLiteral("DashSpeedUnit"))->text(), QStringLiteral("mph"));
+    QCOMPARE(dash->findChild<QLabel*>(QStringLiteral("DashWaterUnit"))->text(), QStringLiteral("\u00b0F"));
     saveShot(dash, QStringLiteral("dash.png"));
     QAction* exit = dash->findChild<QAction*>(QStringLiteral("Exit"));
     QVERIFY(exit);

@@ -135,3 +135,19 @@ TEST(MilliTest, Rounding)
     EXPECT_EQ(Milli(-500).plainText({}), "-0.5");
     EXPECT_EQ(Milli(0).plainText({}), "0");
 }
+
+TEST(SensorCatalog, UnitCaptionsComeFromTheUnitColumn)
+{
+    using vexorin::sensors::SensorId;
+    using vexorin::sensors::unitSymbol;
+    EXPECT_STREQ(unitSymbol(SensorId::Speed), "mph");
+    EXPECT_STREQ(unitSymbol(SensorId::RPM), "rpm");
+    for (SensorId id : {SensorId::TPS, SensorId::MAF, SensorId::O2L, SensorId::O2R, SensorId::Battery})
+        EXPECT_STREQ(unitSymbol(id), "V");
+    EXPECT_STREQ(unitSymbol(SensorId::INJ), "ms");
+    EXPECT_STREQ(unitSymbol(SensorId::Timing), "\u00b0");
+    EXPECT_STREQ(unitSymbol(SensorId::IACV), "%");
+    EXPECT_STREQ(unitSymbol(SensorId::Water), "\u00b0F");
+    EXPECT_STREQ(unitSymbol(SensorId::Fuel), "\u00b0F");
+    EXPECT_STREQ(unitSymbol(SensorId::AF), "");
+}

@@ -24,6 +24,8 @@ inline constexpr SettingKey WindowLeft{L("SetWindowSize"), L("Left"), L("1140")}
 
 // Options menu.
 inline constexpr SettingKey StayOnTop{L("StayOnTop"), L("Setting"), L("")};
+// View, Night Mode: the dark palette for driving at night.
+inline constexpr SettingKey NightMode{L("NightMode"), L("Setting"), L("")};
 // The version page that "Check For Updates" reads.
 inline constexpr SettingKey UpdatePage{L("CheckForUpdates"), L("Address"), L("")};
 inline constexpr SettingKey Mph{L("MPH"), L("Setting"), L("")};

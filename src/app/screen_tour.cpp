@@ -1,0 +1,289 @@
+#include "app/screen_tour.h"
+
+#include "app/app_core.h"
+#include "app/color_frame.h"
+#include "app/ecu_tools_window.h"
+#include "app/main_window.h"
+#include "consult/consult_session.h"
+#include "rom/bin_viewer_window.h"
+#include "rom/map_viewer_window.h"
+#include "tools/active_test_window.h"
+#include "tools/bin_file_downloader_window.h"
+#include "tools/register_viewer_window.h"
+#include "sensors/sensor_stream.h"
+#include "sim/ecu_simulator.h"
+#include "ui/binary_files.h"
+#include "ui/common_dialog.h"
+#include "ui/message_box.h"
+#include "voice/alerts.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QMenu>
+#include <QTimer>
+#include <vector>
+
+namespace {
+QAbstractButton* buttonIn(QWidget* w, const QString& caption)
+{
+    if (w)
+        for (auto* b : w->findChildren<QAbstractButton*>())
+            if (b->text() == caption && b->isVisible())
+                return b;
+    return nullptr;
+}
+
+void click(QWidget* w, const QString& caption)
+{
+    if (QAbstractButton* b = buttonIn(w, caption))
+        b->click();
+}
+}  // namespace
+
+struct ScreenTour::Stop {
+    const char* picture;          // empty: a step with nothing new to look at
+    int settleMs;                 // how long the window runs before it is looked at
+    std::function<QWidget*()> act;  // the step; returns the window to look at
+};
+
+ScreenTour::ScreenTour(AppCore& core, MainWindow& window) : core_(core), window_(window)
+{
+    romPath_ = files_.filePath(QStringLiteral("simulator.bin"));
+    const auto rom = vexorin::sim::makeSyntheticRom();
+    vexorin::files::WriteBytes(romPath_.toStdString(), std::vector<std::uint8_t>(rom.begin(), rom.end()), nullptr);
+    // No box waits for a click, and every file dialog answers with the tour's files.
+    MessageBoxes::setPresenter([](const QString&, const QString&, bool) {});
+    mCommonDialog::setAnswerer([this](const mCommonDialog::DialogRequest& r, bool save) {
+        if (!save)
+            return romPath_;
+        return files_.filePath(QStringLiteral("download") + r.defaultExtension);
+    });
+}
+
+ScreenTour::~ScreenTour()
+{
+    MessageBoxes::setPresenter({});
+    mCommonDialog::setAnswerer({});
+}
+
+void ScreenTour::settle(int ms)
+{
+    QEventLoop loop;
+    QTimer::singleShot(ms, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+QWidget* ScreenTour::topLevel(const QString& objectName) const
+{
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w->objectName() == objectName && w->isVisible())
+            return w;
+    return nullptr;
+}
+
+void ScreenTour::trigger(const QString& action)
+{
+    if (QAction* a = window_.action(action))
+        a->trigger();
+}
+
+bool ScreenTour::connectAndMonitor()
+{
+    for (QAction* a : window_.portMenu()->actions())
+        if (a->text().startsWith(QStringLiteral("Vexorin ECU Simulator")))
+            a->trigger();
+    ConsultSession& s = core_.session();
+    s.ConnectDisconnect();
+    QElapsedTimer wait;
+    wait.start();
+    while ((s.ConnectedLabel() != QLatin1String("Connected") || s.GetSerialNumberKValue.isActive()) &&
+           wait.elapsed() < 5000)
+        settle(20);
+    if (s.ConnectedLabel() != QLatin1String("Connected")) {
+        error_ = QStringLiteral("the built-in simulator did not answer");
+        return false;
+    }
+    core_.stream().MonitorOnOff();
+    return true;
+}
+
+bool ScreenTour::run(const Visitor& visit)
+{
+    QWidget* main = &window_;
+    if (!connectAndMonitor())
+        return false;
+    const auto stopMonitor = [this] {
+        if (core_.session().MonitorSensorsOnLabel() == QLatin1String("ON"))
+            core_.stream().MonitorOnOff();
+    };
+    const Stop stops[] = {
+        {"main-window", 1500, [=] { return main; }},
+        {"main-window-large-view", 400, [=] {
+             trigger(QStringLiteral("LargeSensorViewer"));
+             return main;
+         }},
+        {"", 0, [=] {
+             trigger(QStringLiteral("ViewAllSensors"));
+             return main;
+         }},
+        {"speed-alert", 100, [=] {
+             trigger(QStringLiteral("Speed"));
+             return main;
+         }},
+        {"water-alert", 100, [=] {
+             trigger(QStringLiteral("WaterTempAlert"));
+             return main;
+         }},
+        {"colour-frame", 100, [=] {
+             core_.alert(1).Cancel();
+             trigger(QStringLiteral("AllSensorColors"));
+             return main;
+         }},
+        {"night-mode", 300, [=] {
+             core_.colorFrame().Cancel();
+             trigger(QStringLiteral("NightMode"));
+             return main;
+         }},
+        {"dash-night", 300, [=] {
+             trigger(QStringLiteral("Dash"));
+             return topLevel(QStringLiteral("Dash"));
+         }},
+        {"dash", 600, [=] {
+             trigger(QStringLiteral("NightMode"));
+             QWidget* dash = topLevel(QStringLiteral("Dash"));
+             if (dash)
+                 dash->showFullScreen();
+             return dash;
+         }},
+        {"byte-viewer", 300, [=] {
+             if (QWidget* dash = topLevel(QStringLiteral("Dash")))
+                 dash->close();
+             trigger(QStringLiteral("ByteViewer"));
+             return topLevel(QStringLiteral("ByteViewer"));
+         }},
+        {"log-player", 100, [=] {
+             if (QWidget* w = topLevel(QStringLiteral("ByteViewer")))
+                 w->close();
+             stopMonitor();
+             trigger(QStringLiteral("LogPlayer"));
+             return topLevel(QStringLiteral("LogPlayer"));
+         }},
+        {"graph-test", 100, [=] {
+             trigger(QStringLiteral("GraphTest"));
+             return topLevel(QStringLiteral("GraphTest"));
+         }},
+        {"external-gauges", 1500, [=] {
+             trigger(QStringLiteral("UseExternalSensors"));
+             QWidget* w = topLevel(QStringLiteral("ExternalSensors"));
+             // The built-in DLP-IO8-G simulator's row, connected and polled.
+             if (w)
+                 for (QAction* a : w->findChildren<QAction*>())
+                     if (a->text().startsWith(QStringLiteral("Vexorin DLP-IO8-G Simulator")))
+                         a->trigger();
+             click(w, QStringLiteral("Connect/Disconnect"));
+             click(w, QStringLiteral("Start"));
+             return w;
+         }},
+        {"startup-announce", 100, [=] {
+             trigger(QStringLiteral("StartupAnnounce"));
+             return topLevel(QStringLiteral("StartupAnnounce"));
+         }},
+        {"speech-engines", 100, [=] {
+             trigger(QStringLiteral("SpeechEngines"));
+             return topLevel(QStringLiteral("SpeechEngines"));
+         }},
+        {"fault-codes", 100, [=] {
+             trigger(QStringLiteral("FaultCodes"));
+             return topLevel(QStringLiteral("FaultCodes"));
+         }},
+        {"interface-check", 300, [=] {
+             trigger(QStringLiteral("CheckAvailableInterfaces"));
+             return topLevel(QStringLiteral("InterfaceCheck"));
+         }},
+        {"credits", 300, [=] {
+             trigger(QStringLiteral("Credits"));
+             return topLevel(QStringLiteral("Credits"));
+         }},
+        {"splash", 100, [=] {
+             trigger(QStringLiteral("About"));
+             return topLevel(QStringLiteral("Splash"));
+         }},
+        {"map-viewer", 300, [=] {
+             for (const char* name : {"LogPlayer", "GraphTest", "ExternalSensors", "StartupAnnounce", "SpeechEngines",
+                                      "FaultCodes", "InterfaceCheck", "Credits", "Splash"}) {
+                 if (QWidget* w = name == QLatin1String("ExternalSensors") ? topLevel(QLatin1String(name)) : nullptr)
+                     click(w, QStringLiteral("Stop"));
+                 if (QWidget* w = topLevel(QLatin1String(name)))
+                     w->close();
+             }
+             window_.showMapViewer();
+             if (MapViewerWindow* w = window_.mapViewerWindow())
+                 w->loadBinFile(false);
+             return static_cast<QWidget*>(window_.mapViewerWindow());
+         }},
+        {"map-viewer-edit-mode", 300, [=] {
+             MapViewerWindow* w = window_.mapViewerWindow();
+             if (auto* edit = w ? w->findChild<QCheckBox*>(QStringLiteral("EditMode1")) : nullptr)
+                 edit->click();
+             return static_cast<QWidget*>(w);
+         }},
+        {"bin-editor", 300, [=] {
+             if (MapViewerWindow* w = window_.mapViewerWindow())
+                 w->close();
+             window_.showBinViewer();
+             if (BinViewerWindow* w = window_.binViewerWindow())
+                 w->openBinFile();
+             return static_cast<QWidget*>(window_.binViewerWindow());
+         }},
+        {"bin-file-downloader", 1500, [=] {
+             if (BinViewerWindow* w = window_.binViewerWindow())
+                 w->close();
+             window_.ecuTools()->showBinFileDownloader();
+             QWidget* w = window_.ecuTools()->binFileDownloader();
+             click(w, QStringLiteral("Download BIN File"));
+             return w;
+         }},
+        {"bin-file-downloader-plain", 300, [=] {
+             QWidget* w = window_.ecuTools()->binFileDownloader();
+             if (auto* theme = w ? w->findChild<QAction*>(QStringLiteral("MatrixTheme")) : nullptr)
+                 theme->trigger();
+             return w;
+         }},
+        {"register-viewer", 1500, [=] {
+             QWidget* downloader = window_.ecuTools()->binFileDownloader();
+             if (auto* theme = downloader ? downloader->findChild<QAction*>(QStringLiteral("MatrixTheme")) : nullptr)
+                 theme->trigger();
+             click(downloader, QStringLiteral("Cancel"));
+             if (downloader)
+                 downloader->close();
+             window_.ecuTools()->showRegisterViewer();
+             QWidget* w = window_.ecuTools()->registerViewer();
+             click(w, QStringLiteral("Download Register Bank"));
+             return w;
+         }},
+        {"active-test", 300, [=] {
+             QWidget* viewer = window_.ecuTools()->registerViewer();
+             click(viewer, QStringLiteral("Stop Data Flow"));
+             if (viewer)
+                 viewer->close();
+             window_.ecuTools()->showActiveTest();
+             return static_cast<QWidget*>(window_.ecuTools()->activeTest());
+         }},
+    };
+    for (const Stop& stop : stops) {
+        QWidget* shown = stop.act();
+        settle(stop.settleMs);
+        if (!*stop.picture)
+            continue;
+        if (!shown) {
+            error_ = QStringLiteral("no window to look at for %1").arg(QLatin1String(stop.picture));
+            return false;
+        }
+        visit(QLatin1String(stop.picture), shown);
+    }
+    return true;
+}
