@@ -2,6 +2,7 @@
 # Installs the Debian packages Vexorin needs, for one purpose:
 #   setup.sh run      to build and run the application (the default)
 #   setup.sh package  to build its Debian package as well
+#   setup.sh screenshots  to build the application and photograph its windows on a virtual display
 #   setup.sh test     to build and run the whole test suite, benchmarks and fuzz targets
 # Idempotent: packages already present are left alone. Works as root or through sudo.
 set -euo pipefail
@@ -15,6 +16,7 @@ RUN_PACKAGES=(
   fonts-dejavu-core
 )
 PACKAGE_PACKAGES=(dpkg-dev file xz-utils)
+SCREENSHOT_PACKAGES=(xvfb xauth)
 TEST_PACKAGES=(
   git
   libgtest-dev libgmock-dev googletest libbenchmark-dev
@@ -27,8 +29,9 @@ purpose="${1:-run}"
 case "$purpose" in
   run) wanted=("${RUN_PACKAGES[@]}") ;;
   package) wanted=("${RUN_PACKAGES[@]}" "${PACKAGE_PACKAGES[@]}") ;;
+  screenshots) wanted=("${RUN_PACKAGES[@]}" "${SCREENSHOT_PACKAGES[@]}") ;;
   test) wanted=("${RUN_PACKAGES[@]}" "${PACKAGE_PACKAGES[@]}" "${TEST_PACKAGES[@]}") ;;
-  *) echo "usage: $0 [run|package|test]" >&2; exit 2 ;;
+  *) echo "usage: $0 [run|package|screenshots|test]" >&2; exit 2 ;;
 esac
 
 missing=()

@@ -2,9 +2,11 @@
 
 #include "app/app_core.h"
 #include "app/color_frame.h"
+#include "app/credits_scroll.h"
 #include "app/ecu_tools_window.h"
 #include "app/main_window.h"
 #include "consult/consult_session.h"
+#include "graph/graph_feed.h"
 #include "rom/bin_viewer_window.h"
 #include "rom/map_viewer_window.h"
 #include "tools/active_test_window.h"
@@ -24,6 +26,8 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QMenu>
+#include <QScreen>
+#include <QTabWidget>
 #include <QTimer>
 #include <vector>
 
@@ -58,6 +62,8 @@ ScreenTour::ScreenTour(AppCore& core, MainWindow& window) : core_(core), window_
     // No box waits for a click, and every file dialog answers with the tour's files.
     MessageBoxes::setPresenter([](const QString&, const QString&, bool) {});
     mCommonDialog::setAnswerer([this](const mCommonDialog::DialogRequest& r, bool save) {
+        if (r.filter.startsWith(QLatin1String("LOG")))
+            return files_.filePath(QStringLiteral("drive.log"));
         if (!save)
             return romPath_;
         return files_.filePath(QStringLiteral("download") + r.defaultExtension);
@@ -121,7 +127,10 @@ bool ScreenTour::run(const Visitor& visit)
             core_.stream().MonitorOnOff();
     };
     const Stop stops[] = {
-        {"main-window", 1500, [=] { return main; }},
+        {"main-window-monitoring", 2500, [=] {
+             trigger(QStringLiteral("Capturetologfile"));  // a log for the Log Player, written while monitoring
+             return main;
+         }},
         {"main-window-large-view", 400, [=] {
              trigger(QStringLiteral("LargeSensorViewer"));
              return main;
@@ -155,8 +164,12 @@ bool ScreenTour::run(const Visitor& visit)
         {"dash", 600, [=] {
              trigger(QStringLiteral("NightMode"));
              QWidget* dash = topLevel(QStringLiteral("Dash"));
-             if (dash)
+             if (dash) {
                  dash->showFullScreen();
+                 // A display without a window manager leaves the size to the program.
+                 if (QScreen* screen = dash->screen())
+                     dash->setGeometry(screen->geometry());
+             }
              return dash;
          }},
         {"byte-viewer", 300, [=] {
@@ -165,18 +178,28 @@ bool ScreenTour::run(const Visitor& visit)
              trigger(QStringLiteral("ByteViewer"));
              return topLevel(QStringLiteral("ByteViewer"));
          }},
-        {"log-player", 100, [=] {
+        {"log-player", 300, [=] {
              if (QWidget* w = topLevel(QStringLiteral("ByteViewer")))
                  w->close();
              stopMonitor();
+             trigger(QStringLiteral("Capturetologfile"));  // capture ends
              trigger(QStringLiteral("LogPlayer"));
-             return topLevel(QStringLiteral("LogPlayer"));
+             QWidget* w = topLevel(QStringLiteral("LogPlayer"));
+             click(w, QStringLiteral("Load File"));
+             for (int frame = 0; frame < 12; ++frame)
+                 click(w, QStringLiteral("Read next"));
+             return w;
+         }},
+        {"graph-preset-2", 1500, [=] {
+             core_.graphFeed().GraphPreset(2);
+             return main;
          }},
         {"graph-test", 100, [=] {
+             core_.graphFeed().GraphPreset(1);
              trigger(QStringLiteral("GraphTest"));
              return topLevel(QStringLiteral("GraphTest"));
          }},
-        {"external-gauges", 1500, [=] {
+        {"external-gauge-monitor", 2000, [=] {
              trigger(QStringLiteral("UseExternalSensors"));
              QWidget* w = topLevel(QStringLiteral("ExternalSensors"));
              // The built-in DLP-IO8-G simulator's row, connected and polled.
@@ -185,6 +208,8 @@ bool ScreenTour::run(const Visitor& visit)
                      if (a->text().startsWith(QStringLiteral("Vexorin DLP-IO8-G Simulator")))
                          a->trigger();
              click(w, QStringLiteral("Connect/Disconnect"));
+             for (int channel = 1; channel <= 8; ++channel)
+                 click(w, QString::number(channel));  // every channel read
              click(w, QStringLiteral("Start"));
              return w;
          }},
@@ -204,15 +229,20 @@ bool ScreenTour::run(const Visitor& visit)
              trigger(QStringLiteral("CheckAvailableInterfaces"));
              return topLevel(QStringLiteral("InterfaceCheck"));
          }},
-        {"credits", 300, [=] {
+        {"credits", 100, [=] {
              trigger(QStringLiteral("Credits"));
-             return topLevel(QStringLiteral("Credits"));
+             QWidget* w = topLevel(QStringLiteral("Credits"));
+             // Nine seconds of scrolling at once: the lines stand in the middle of the window.
+             if (auto* scroll = w ? w->findChild<CreditsScroll*>() : nullptr)
+                 for (int tick = 0; tick < 9000 / CreditsScroll::kTickMs; ++tick)
+                     scroll->ScrollTimerTick();
+             return w;
          }},
         {"splash", 100, [=] {
              trigger(QStringLiteral("About"));
              return topLevel(QStringLiteral("Splash"));
          }},
-        {"map-viewer", 300, [=] {
+        {"map-viewer-fuel", 300, [=] {
              for (const char* name : {"LogPlayer", "GraphTest", "ExternalSensors", "StartupAnnounce", "SpeechEngines",
                                       "FaultCodes", "InterfaceCheck", "Credits", "Splash"}) {
                  if (QWidget* w = name == QLatin1String("ExternalSensors") ? topLevel(QLatin1String(name)) : nullptr)
@@ -225,8 +255,16 @@ bool ScreenTour::run(const Visitor& visit)
                  w->loadBinFile(false);
              return static_cast<QWidget*>(window_.mapViewerWindow());
          }},
+        {"map-viewer-timing", 100, [=] {
+             MapViewerWindow* w = window_.mapViewerWindow();
+             if (w)
+                 w->tabs()->setCurrentIndex(4);
+             return static_cast<QWidget*>(w);
+         }},
         {"map-viewer-edit-mode", 300, [=] {
              MapViewerWindow* w = window_.mapViewerWindow();
+             if (w)
+                 w->tabs()->setCurrentIndex(0);
              if (auto* edit = w ? w->findChild<QCheckBox*>(QStringLiteral("EditMode1")) : nullptr)
                  edit->click();
              return static_cast<QWidget*>(w);
@@ -239,7 +277,15 @@ bool ScreenTour::run(const Visitor& visit)
                  w->openBinFile();
              return static_cast<QWidget*>(window_.binViewerWindow());
          }},
+        {"hex-chart", 300, [=] {
+             if (BinViewerWindow* w = window_.binViewerWindow())
+                 if (auto* chart = w->findChild<QAction*>(QStringLiteral("HexChart")))
+                     chart->trigger();
+             return topLevel(QStringLiteral("HexChart"));
+         }},
         {"bin-file-downloader", 1500, [=] {
+             if (QWidget* chart = topLevel(QStringLiteral("HexChart")))
+                 chart->close();
              if (BinViewerWindow* w = window_.binViewerWindow())
                  w->close();
              window_.ecuTools()->showBinFileDownloader();

@@ -47,7 +47,7 @@ void LayoutTest::everyWindowShowsWholeTextsAndNoOverlap()
     QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
     for (const char* name : {"MainWindow", "Dash", "ByteViewer", "LogPlayer", "GraphTest", "ExternalSensors",
                              "StartupAnnounce", "SpeechEngines", "FaultCodes", "InterfaceCheck", "Credits", "Splash",
-                             "MapViewer", "BINViewer", "BinFileDownloaderWindow", "RegisterViewerWindow",
+                             "MapViewer", "BINViewer", "HexChart", "BinFileDownloaderWindow", "RegisterViewerWindow",
                              "ActiveTestWindow"})
         QVERIFY2(looked.contains(QLatin1String(name)), name);
     for (const char* picture : {"speed-alert", "water-alert", "colour-frame", "main-window-large-view",

@@ -1,6 +1,7 @@
 // vexorin-screenshots: starts the application on a settings file of its own,
 // connects it to the built-in simulator, walks through every window and writes
 // a picture of each into the folder given (docs/screenshots by default).
+// Exits with 2 when a picture shows a layout problem (each is printed).
 #include "app/app_core.h"
 #include "app/app_identity.h"
 #include "app/main_window.h"
@@ -35,6 +36,7 @@ int main(int argc, char* argv[])
     window.show();
 
     int written = 0;
+    int problems = 0;
     ScreenTour tour(core, window);
     const bool done = tour.run([&](const QString& picture, QWidget* shown) {
         const QString path = QDir(folder).filePath(picture + QStringLiteral(".png"));
@@ -43,8 +45,10 @@ int main(int argc, char* argv[])
             return;
         }
         ++written;
-        for (const QString& problem : vexorin::ui::layoutProblems(shown))
+        for (const QString& problem : vexorin::ui::layoutProblems(shown)) {
             err << picture << ": " << problem << "\n";
+            ++problems;
+        }
     });
     window.exitFromMenu();
     if (!done) {
@@ -52,5 +56,9 @@ int main(int argc, char* argv[])
         return 1;
     }
     QTextStream(stdout) << written << " pictures in " << folder << "\n";
+    if (problems > 0) {
+        err << "vexorin-screenshots: " << problems << " layout problems (above)\n";
+        return 2;
+    }
     return 0;
 }
