@@ -9,6 +9,8 @@
 #include "rom/map_viewer.h"
 #include "rom/map_viewer_window.h"
 #include "sensors/dash_window.h"
+#include "app/ecu_tools_window.h"
+#include "tools/bin_file_downloader_window.h"
 #include "sensors/large_view_panel.h"
 #include "sensors/sensor_catalog.h"
 #include "sim/ecu_simulator.h"
@@ -21,6 +23,10 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QGroupBox>
+#include <QRadioButton>
+#include <QStyleOptionButton>
+#include <cmath>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -43,6 +49,8 @@ private slots:
     void shortcutsAreShownWhereTheActionIs();
     void escapeClosesTheSmallWindows();
     void mapGridsAnswerTheKeyboard();
+    void editPanelAndMatrixOptionsAreReadable();
+    void logPlayerLeavesNoEmptyFoot();
 
 private:
     static void openWithoutSplash(AppRig& app);
@@ -284,6 +292,90 @@ void ReadableTest::mapGridsAnswerTheKeyboard()
     for (int i = 0; i < 20; ++i)
         QTest::keyClick(w.grid(0), Qt::Key_Right);
     QCOMPARE(tab.overlayColumn, 16);
+}
+
+namespace {
+double luminance(const QColor& c)
+{
+    const auto channel = [](double v) { return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
+    return 0.2126 * channel(c.redF()) + 0.7152 * channel(c.greenF()) + 0.0722 * channel(c.blueF());
+}
+
+double contrast(const QColor& a, const QColor& b)
+{
+    const double la = luminance(a), lb = luminance(b);
+    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+}  // namespace
+
+void ReadableTest::editPanelAndMatrixOptionsAreReadable()
+{
+    AppRig app;
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("sim.bin"));
+    const auto rom = vexorin::sim::makeSyntheticRom();
+    vexorin::files::WriteBytes(path.toStdString(), std::vector<std::uint8_t>(rom.begin(), rom.end()), nullptr);
+    mCommonDialog::setAnswerer([path](const mCommonDialog::DialogRequest&, bool) { return path; });
+    MapViewerWindow w(app.core.session());
+    w.show();
+    w.loadBinFile(false);
+    w.findChild<QCheckBox*>(QStringLiteral("EditMode1"))->click();
+    // "New Value :" on the red frame: the red stays, the caption reads on it (large-text contrast).
+    auto* frame = w.findChild<QFrame*>(QStringLiteral("NewValueFrame"));
+    QVERIFY(frame);
+    QCOMPARE(frame->palette().color(QPalette::Window), QColor(0xFF, 0, 0));
+    QLabel* caption = nullptr;
+    for (auto* l : frame->findChildren<QLabel*>())
+        if (l->text() == QLatin1String("New Value :"))
+            caption = l;
+    QVERIFY(caption);
+    QVERIFY(contrast(caption->palette().color(QPalette::WindowText), QColor(0xFF, 0, 0)) >= 3.0);
+    // "Viewing : ..." and the "ECU Data" caption stand apart.
+    auto* viewing = w.findChild<QLabel*>(QStringLiteral("Viewing1"));
+    QGroupBox* ecu = nullptr;
+    for (auto* g : w.tabs()->widget(0)->findChildren<QGroupBox*>())
+        if (g->title() == QLatin1String("ECU Data"))
+            ecu = g;
+    QVERIFY(viewing && ecu);
+    QVERIFY(viewing->mapTo(&w, QPoint(viewing->width(), 0)).x() + 8 <= ecu->mapTo(&w, QPoint(0, 0)).x());
+
+    // The Matrix look's unticked options show their ring on the dark green.
+    app.open();
+    app.window->ecuTools()->showBinFileDownloader();
+    QWidget* downloader = app.window->ecuTools()->binFileDownloader();
+    QVERIFY(downloader);
+    QRadioButton* beep = nullptr;
+    for (auto* r : downloader->findChildren<QRadioButton*>())
+        if (r->text() == QLatin1String("Beep"))
+            beep = r;
+    QVERIFY(beep && !beep->isChecked());
+    QStyleOptionButton opt;
+    opt.initFrom(beep);
+    const QRect ring = beep->style()->subElementRect(QStyle::SE_RadioButtonIndicator, &opt, beep);
+    const QImage image = beep->grab(ring).toImage();
+    int light = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            light += QColor(image.pixel(x, y)).lightness() > 140 ? 1 : 0;
+    QVERIFY2(light >= 8, qPrintable(QString::number(light)));
+}
+
+void ReadableTest::logPlayerLeavesNoEmptyFoot()
+{
+    AppRig app;
+    app.open();
+    app.window->action(QStringLiteral("LogPlayer"))->trigger();
+    QWidget* player = nullptr;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w->objectName() == QLatin1String("LogPlayer") && w->isVisible())
+            player = w;
+    QVERIFY(player);
+    QTest::qWait(20);
+    int lowest = 0;
+    for (auto* b : player->findChildren<QPushButton*>())
+        if (b->isVisible())
+            lowest = std::max(lowest, b->mapTo(player, QPoint(0, b->height())).y());
+    QVERIFY2(player->height() - lowest <= 24, qPrintable(QString::number(player->height() - lowest)));
 }
 
 QTEST_MAIN(ReadableTest)
