@@ -404,7 +404,6 @@ void MainWindow::buildStatusBar()
         l->setIndent(3);
         l->setMinimumWidth(l->fontMetrics().horizontalAdvance(widest[i]) + 2 * l->frameWidth() + l->indent() + 2);
         l->setObjectName(QStringLiteral("StatusPanel%1").arg(i + 1));
-        l->setFrameShape(QFrame::Panel);
         l->setFrameShadow(QFrame::Sunken);
         if (i < StatusPanels::kCount) {
             l->setText(core_.panels().text(i + 1));

@@ -16,10 +16,10 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
-#include <QKeyEvent>
 #include <QCloseEvent>
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -328,6 +328,9 @@ QWidget* MapViewerWindow::buildPage(int t)
     auto* nv = new QHBoxLayout(p.newValueFrame);
     nv->setContentsMargins(4, 4, 4, 4);
     auto* newLabel = new QLabel(QStringLiteral("New Value :"));
+    QFont bold = newLabel->font();
+    bold.setBold(true);  // large print: it reads on the red of edit mode
+    newLabel->setFont(bold);
     nv->addWidget(newLabel);
     p.textValue = new QLineEdit;
     p.textValue->setObjectName(perTabName("TextValue", t));

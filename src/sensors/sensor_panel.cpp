@@ -12,8 +12,11 @@
 using namespace vexorin::sensors;
 
 namespace {
+// A row, left to right: the button, the bar, the value, the unit.
 constexpr int kButtonWidth = 78;
 constexpr int kValueWidth = 96;
+constexpr int kUnitWidth = 30;
+constexpr int kSpace = 6;
 
 // The value labels' font: bold, as large as a row's height allows for the widest value.
 QFont valueFont(QFont base, int rowHeight)
@@ -21,12 +24,10 @@ QFont valueFont(QFont base, int rowHeight)
     base.setBold(true);
     return vexorin::ui::fittedFont(base, QSize(kValueWidth - 8, rowHeight), QStringLiteral("000.00"));
 }
-constexpr int kUnitWidth = 30;
-constexpr int kSpace = 6;
 }  // namespace
 
 SensorPanel::SensorPanel(SensorDisplays& displays, QWidget* parent)
-    : QGroupBox(tr("Sensors"), parent), displays_(displays), area_(36, 24, 622, 145)
+    : QGroupBox(tr("Sensors"), parent), displays_(displays), area_(36, 24, 622, 145)  // until aligned
 {
     setObjectName(QStringLiteral("AllSensorsPanel"));
     const QFont values = valueFont(font(), kRowPitch - kRowGap);
