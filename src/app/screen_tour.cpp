@@ -6,6 +6,7 @@
 #include "app/ecu_tools_window.h"
 #include "app/main_window.h"
 #include "consult/consult_session.h"
+#include "external/external_sensors_window.h"
 #include "graph/graph_feed.h"
 #include "rom/bin_viewer_window.h"
 #include "rom/map_viewer_window.h"
@@ -213,7 +214,14 @@ bool ScreenTour::run(const Visitor& visit)
              click(w, QStringLiteral("Start"));
              return w;
          }},
+        {"sensor-name", 100, [=] {
+             if (auto* gauges = qobject_cast<ExternalSensorsWindow*>(topLevel(QStringLiteral("ExternalSensors"))))
+                 gauges->rename(2);
+             return topLevel(QStringLiteral("SensorName"));
+         }},
         {"startup-announce", 100, [=] {
+             if (QWidget* w = topLevel(QStringLiteral("SensorName")))
+                 w->close();
              trigger(QStringLiteral("StartupAnnounce"));
              return topLevel(QStringLiteral("StartupAnnounce"));
          }},
@@ -244,7 +252,7 @@ bool ScreenTour::run(const Visitor& visit)
          }},
         {"map-viewer-fuel", 300, [=] {
              for (const char* name : {"LogPlayer", "GraphTest", "ExternalSensors", "StartupAnnounce", "SpeechEngines",
-                                      "FaultCodes", "InterfaceCheck", "Credits", "Splash"}) {
+                                      "FaultCodes", "InterfaceCheck", "Credits", "Splash", "SensorName"}) {
                  if (QWidget* w = name == QLatin1String("ExternalSensors") ? topLevel(QLatin1String(name)) : nullptr)
                      click(w, QStringLiteral("Stop"));
                  if (QWidget* w = topLevel(QLatin1String(name)))

@@ -45,7 +45,7 @@ void LayoutTest::everyWindowShowsWholeTextsAndNoOverlap()
     for (const QString& p : problems)
         qInfo().noquote() << p;
     QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
-    for (const char* name : {"MainWindow", "Dash", "ByteViewer", "LogPlayer", "GraphTest", "ExternalSensors",
+    for (const char* name : {"MainWindow", "Dash", "ByteViewer", "LogPlayer", "GraphTest", "ExternalSensors", "SensorName",
                              "StartupAnnounce", "SpeechEngines", "FaultCodes", "InterfaceCheck", "Credits", "Splash",
                              "MapViewer", "BINViewer", "HexChart", "BinFileDownloaderWindow", "RegisterViewerWindow",
                              "ActiveTestWindow"})
