@@ -31,6 +31,9 @@
 #include "voice/startup_announce_window.h"
 #include "voice/voice_gate.h"
 
+#include "app/settings/settings_access.h"
+#include "rom/map_viewer.h"
+
 #include <QCloseEvent>
 
 using Kind = WindowRegistry::Kind;
@@ -50,6 +53,11 @@ void MainWindow::registerWindowMakers()
         {Kind::HexChart, [this] { return new HexChartWindow(this); }},
         {Kind::MapViewer, [this] {
              auto* w = new MapViewerWindow(core_.session(), 0, this);
+             w->viewer().trace().setScaleSource([this] {
+                 bool ok = false;
+                 const double s = readSettingOrDefault(core_.store(), Settings::LiveTraceScale).toDouble(&ok);
+                 return ok ? s : 0.0;  // the trace keeps its default for anything but a number above 0
+             });
              connect(w, &MapViewerWindow::viewerOpened, this,
                      [this](MapViewerWindow* more) { registry_.add(Kind::MapViewer, more); });
              return w;

@@ -5,6 +5,8 @@
 using namespace vexorin::consult;
 
 namespace {
+constexpr int kStreamPollMs = 10;
+
 const char* const kToolRefusals[] = {
     "Please close the Map Viewer first.",
     "Please close the Bin File Downloader first.",
@@ -57,10 +59,24 @@ LinkOwner::LinkOwner(ConsultLink& link, QObject* parent)
     });
     connect(&normalTime_, &QTimer::timeout, this, &LinkOwner::onNormalTimeOver);
     connect(&link_, &ConsultLink::bytesArrived, this, &LinkOwner::onBytes);
-    // A pulled cable ends the cycle before the session hears of it.
+    // A pulled cable ends the cycle or the stream before the session hears of it.
     connect(&link_, &ConsultLink::portLost, this, [this] {
-        if (busy())
+        if (streaming())
+            endStream();
+        else if (busy())
             finish(std::nullopt);
+    });
+    // A device that announces nothing by itself (the built-in simulator) is
+    // read at the line's pace: what 960 bytes a second would have brought.
+    streamPoll_.setInterval(kStreamPollMs);
+    connect(&streamPoll_, &QTimer::timeout, this, [this] {
+        if (!streaming())
+            return;
+        const qint64 due = streamPolled_.restart() * kLineBytesPerSecond / 1000 + 1;
+        const quint64 serial = serial_;
+        link_.poll(int(qMin<qint64>(due, kLineBytesPerSecond)));
+        if (serial == serial_ && streaming())
+            takeStream();
     });
 }
 
@@ -99,8 +115,63 @@ void LinkOwner::begin()
     onBytes();
 }
 
+bool LinkOwner::startStream(const StreamPlan& plan, QObject* context, std::function<void(const Bytes&)> bytes,
+                            std::function<void()> ended)
+{
+    if (busy())
+        return false;
+    ++serial_;
+    state_ = State::Streaming;
+    doneContext_ = context;
+    streamStop_ = plan.stop;
+    streamBytes_ = std::move(bytes);
+    streamEnded_ = std::move(ended);
+    link_.setInBufferCount(0);
+    for (std::uint8_t b : plan.request)
+        link_.Output(QByteArray(1, char(b)));
+    if (!link_.PortOpen()) {
+        endStream();
+        return true;
+    }
+    streamPolled_.start();
+    streamPoll_.start();
+    return true;
+}
+
+void LinkOwner::takeStream()
+{
+    const QByteArray in = link_.Input();
+    if (in.isEmpty())
+        return;
+    const auto consumer = streamBytes_;
+    if (consumer && doneContext_)
+        consumer(Bytes(in.begin(), in.end()));
+}
+
+void LinkOwner::endStream()
+{
+    if (!streaming())
+        return;
+    streamPoll_.stop();
+    for (std::uint8_t b : streamStop_)
+        link_.Output(QByteArray(1, char(b)));
+    state_ = State::Idle;
+    ++serial_;
+    streamBytes_ = nullptr;
+    const std::function<void()> ended = std::move(streamEnded_);
+    streamEnded_ = nullptr;
+    if (ended && doneContext_)
+        ended();
+    emit cycleEnded();
+    runPending();
+}
+
 void LinkOwner::onBytes()
 {
+    if (state_ == State::Streaming) {
+        takeStream();
+        return;
+    }
     // Polling the port may deliver its bytes, and this call, once more.
     if (state_ == State::Waiting) {
         const quint64 serial = serial_;
@@ -176,6 +247,9 @@ void LinkOwner::abandon()
     switch (state_) {
     case State::Idle:
         break;
+    case State::Streaming:
+        endStream();
+        break;
     case State::Pausing:
     case State::Taking:
         finish(std::nullopt);
@@ -206,6 +280,9 @@ void LinkOwner::finish(const Reply& reply)
 
 void LinkOwner::whenFree(QObject* context, std::function<void()> action)
 {
+    // A stream has no end of its own: the action takes the link at once.
+    if (streaming())
+        endStream();
     if (!busy() && !runningPending_ && pending_.empty()) {
         action();
         return;
@@ -219,6 +296,10 @@ void LinkOwner::armNormalTime()
 {
     if (normalTime_.isActive())
         return;
+    if (streaming()) {
+        normalTime_.start(0);  // a stream has no normal end
+        return;
+    }
     const qint64 left = qint64(normalTimeMs(cycle_)) - started_.elapsed();
     normalTime_.start(int(qMax<qint64>(0, left)));
 }

@@ -10,6 +10,7 @@
 #pragma once
 
 #include "consult/read_plans.h"
+#include "consult/register_stream.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -48,6 +49,19 @@ public:
     // of nothing) and runs the waiting actions.
     void abandon();
 
+    // ---- A stream that runs until it is ended ---------------------------------
+    // Sends the plan's request once and hands every byte that comes after it
+    // to `bytes`, as it arrives, until endStream(). The link is busy all the
+    // while: timer ticks find it so and skip; a user action that waits for the
+    // link (whenFree) ends the stream at once and then runs. However it ends
+    // (endStream, such an action, abandon, a pulled cable) the stop bytes go
+    // out and `ended` is told, unless `context` is gone. False, with nothing
+    // sent, while a cycle or another stream runs.
+    bool startStream(const vexorin::consult::StreamPlan& plan, QObject* context,
+                     std::function<void(const vexorin::consult::Bytes&)> bytes, std::function<void()> ended);
+    void endStream();
+    bool streaming() const { return state_ == State::Streaming; }
+
     // ---- Who may use the link ----------------------------------------------
     enum class Tool { MapViewer, BinFileDownloader, RegisterViewer, ActiveTest };
     // What a caller needs, as flags; they are tested in this order.
@@ -76,7 +90,7 @@ signals:
     void cycleEnded();
 
 private:
-    enum class State { Idle, Pausing, Waiting, Taking, Settling };
+    enum class State { Idle, Pausing, Waiting, Taking, Settling, Streaming };
     struct Pending {
         QPointer<QObject> context;
         std::function<void()> action;
@@ -92,6 +106,7 @@ private:
     void sendAfter();
     void armNormalTime();
     void runPending();
+    void takeStream();
 
     ConsultLink& link_;
     State state_ = State::Idle;
@@ -106,6 +121,13 @@ private:
     QTimer quiet_;
     QTimer normalTime_;
     std::deque<Pending> pending_;
+    // The stream: its stop bytes, its consumers, and the pace at which the
+    // line is read when the device announces nothing by itself.
+    vexorin::consult::Bytes streamStop_;
+    std::function<void(const vexorin::consult::Bytes&)> streamBytes_;
+    std::function<void()> streamEnded_;
+    QTimer streamPoll_;
+    QElapsedTimer streamPolled_;
     bool runningPending_ = false;
     bool settling_ = false;
     quint64 serial_ = 0;

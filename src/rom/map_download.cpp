@@ -34,6 +34,7 @@ void MapViewer::stopAllMapTimers()
 
 void MapViewer::DownloadButton(int t)
 {
+    trace_.setOn(false);  // the download takes the link from the trace
     session_.owner().whenFree(this, [this, t] {
         if (portAndMonitorAllowDownload(true))
             startDownload(t, true);
@@ -42,6 +43,7 @@ void MapViewer::DownloadButton(int t)
 
 void MapViewer::DownloadMapData()
 {
+    trace_.setOn(false);
     session_.owner().whenFree(this, [this] {
         if (portAndMonitorAllowDownload(false))
             startDownload(currentTab_, false);

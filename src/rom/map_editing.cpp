@@ -141,6 +141,7 @@ bool MapViewer::writeAtPosition(int t, int value)
         emit message(QString::fromLatin1(kAppearsCorrupt), true);
         return false;
     }
+    trace_.refreshTables();  // a scale, the VQ curve or the K value may have changed
     return true;
 }
 

@@ -2,6 +2,7 @@
 #include "ui/twips.h"
 
 #include <QHeaderView>
+#include <QPainter>
 #include <algorithm>
 
 namespace {
@@ -114,4 +115,48 @@ QRect MapGridWidget::cellRect(int row, int column, const QWidget* ancestor) cons
     const QRect r = visualRect(model()->index(row, column));
     const QPoint topLeft = viewport()->mapTo(ancestor, r.topLeft());
     return {topLeft, r.size()};
+}
+
+const QColor MapGridWidget::kTraceColor(0xA0, 0x00, 0xC0);
+
+void MapGridWidget::setTraceMarks(const TraceMarks& marks)
+{
+    if (!marks.on && !trace_.on)
+        return;
+    trace_ = marks;
+    viewport()->update();
+}
+
+QRect MapGridWidget::cellBox(int row, int column) const
+{
+    return visualRect(model()->index(row, column));
+}
+
+void MapGridWidget::paintEvent(QPaintEvent* e)
+{
+    QTableWidget::paintEvent(e);
+    if (!trace_.on || trace_.row < 1)
+        return;
+    QPainter painter(viewport());
+    paintTrace(painter);
+}
+
+void MapGridWidget::paintTrace(QPainter& painter) const
+{
+    painter.setPen(Qt::NoPen);
+    auto shade = [&](const TraceMarks::Cell& c, double strength) {
+        QColor fill = kTraceColor;
+        fill.setAlphaF(std::clamp(strength, 0.0, 1.0));
+        painter.fillRect(cellBox(c.row, c.column), fill);
+    };
+    for (const TraceMarks::Cell& c : trace_.trail)
+        shade(c, 0.45 * c.weight);
+    for (const TraceMarks::Cell& c : trace_.neighbours)
+        shade(c, 0.9 * c.weight);  // up to 0.45 halfway between two headings
+    QPen outline(kTraceColor);
+    outline.setWidth(3);
+    outline.setJoinStyle(Qt::MiterJoin);
+    painter.setPen(outline);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(cellBox(trace_.row, trace_.column).adjusted(1, 1, -2, -2));
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "rom/map_grid.h"
+#include "rom/map_trace.h"
 
 #include <QTableWidget>
 
@@ -26,7 +27,19 @@ public:
     QRect cellRect(int row, int column, const QWidget* ancestor) const;
     QSize sizeHint() const override;
 
+    // Drawn over the cells in colours no band uses: the traced cell with a
+    // thick outline, its fading trail, and its two neighbours shaded by nearness.
+    static const QColor kTraceColor;
+    void setTraceMarks(const TraceMarks& marks);
+    const TraceMarks& traceMarks() const { return trace_; }
+
+protected:
+    void paintEvent(QPaintEvent* e) override;
+
 private:
+    void paintTrace(QPainter& painter) const;
+    QRect cellBox(int row, int column) const;
+    TraceMarks trace_;
     Qt::Alignment alignmentOf(int row, int column) const;
     Qt::Alignment corner_ = Qt::AlignCenter;
     Qt::Alignment headingColumn_ = Qt::AlignCenter;

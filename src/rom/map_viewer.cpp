@@ -17,7 +17,8 @@ MapViewer::MapViewer(ConsultSession& session, int formCount, QObject* parent)
       status_(kRestStatus),
       caption_(kCaption),
       displayCache_(std::size_t(kRomSize) + 1),
-      formCount_(formCount)
+      formCount_(formCount),
+      trace_(session, [this] { return tabs_[0].pathBox; })
 {
     for (int t = 0; t < kTabs; ++t) {
         Tab& tab = mutableTab(t);
@@ -31,6 +32,23 @@ MapViewer::MapViewer(ConsultSession& session, int formCount, QObject* parent)
     }
     MapStatusTimer.setInterval(kStatusMs);
     connect(&MapStatusTimer, &QTimer::timeout, this, &MapViewer::MapStatusTimerTick);
+
+    connect(&trace_, &MapTrace::moved, this, &MapViewer::showTrace);
+    connect(this, &MapViewer::currentTabChanged, this, [this] {
+        if (trace_.isOn() && trace_.point())
+            showTrace();
+    });
+    connect(&trace_, &MapTrace::switched, this, [this](bool on) {
+        if (!on && status_.startsWith(QLatin1String("Trace: ")))
+            setStatus(kRestStatus);
+    });
+    connect(&trace_, &MapTrace::message, this, [this](const QString& text) { emit message(text, false); });
+}
+
+void MapViewer::showTrace()
+{
+    if (const auto& point = trace_.point())
+        setStatus(QString::fromStdString(traceStatus(*point, kMaps[std::size_t(currentTab_)].fuel)));
 }
 
 QString MapViewer::displayCache(int position) const
@@ -154,6 +172,7 @@ bool MapViewer::LoadBinFile(const QString& path, bool fromMenu)
     for (int t = 0; t < kTabs && ok; ++t)
         ok = DumpRPM(t) && DumpTP(t) && DumpMAP(t);
     loading_ = false;
+    trace_.refreshTables();
     // The status panel returns to rest a moment after a load from the menu.
     if (fromMenu && ok)
         MapStatusTimer.start();

@@ -6,6 +6,7 @@
 #include "rom/map_decoding.h"
 #include "rom/map_grid.h"
 #include "rom/map_read_walk.h"
+#include "rom/map_trace.h"
 
 #include <QObject>
 #include <QString>
@@ -93,8 +94,10 @@ public:
     void readStep(int tab);
 
     void ClearMatrix(int tab);
-    // Map Trace: the controls exist and do nothing.
-    void MapTrace() {}
+    // Live Trace: one switch for the window.
+    MapTrace& trace() { return trace_; }
+    const MapTrace& trace() const { return trace_; }
+    void setLiveTrace(bool on) { trace_.setOn(on); }
     // Sends the bare activation sequence and reads nothing (needs a connected port).
     void ActivationByteTest();
 
@@ -157,6 +160,8 @@ private:
     void stepCell(int tab, bool up);
     bool writeAtPosition(int tab, int value);
 
+    void showTrace();
+
     ConsultSession& session_;
     std::array<Tab, kTabs> tabs_;
     QString status_;
@@ -179,4 +184,6 @@ private:
     int selectedRow_ = 1;
     int selectedColumn_ = 16;
     QString previousValue_;
+
+    MapTrace trace_;
 };

@@ -129,6 +129,10 @@ MapViewerWindow::MapViewerWindow(ConsultSession& session, int formCount, QWidget
             MessageBoxes::information(this, text);
     });
     mv.setYield(throttledEventLoop());
+    connect(&mv.trace(), &MapTrace::switched, this, &MapViewerWindow::traceSwitched);
+    connect(&mv.trace(), &MapTrace::moved, this, &MapViewerWindow::showTraceMarks);
+    traceFade_.setInterval(100);
+    connect(&traceFade_, &QTimer::timeout, this, &MapViewerWindow::showTraceMarks);
 
     resize(kWidthTwips / vexorin::ui::kTwipsPerPixel, kHeightTwips / vexorin::ui::kTwipsPerPixel);
     for (int t = 0; t < MapViewer::kTabs; ++t) {
@@ -217,7 +221,8 @@ void MapViewerWindow::buildMenus(QWidget* holder)
 
     QMenu* options = menuBar->addMenu(tr("&Options"));
     add(options, "DownloadMapData", "Download Map Data", [this] { viewer_->DownloadMapData(); });
-    add(options, "MapTrace", "Map Trace", [this] { viewer_->MapTrace(); });
+    QAction* live = add(options, "LiveTrace", "Live Trace", [this](bool on) { viewer_->setLiveTrace(on); });
+    live->setCheckable(true);
     add(options, "LoadAllMapsFromBINFile", "Load BIN File", [this] { loadBinFile(true); });
     QAction* newViewer = add(options, "OpenNewViewer", "Open New Viewer", [this] { openNewViewer(); });
     newViewer->setEnabled(viewer_->TxtFormCount() == 0);
@@ -286,8 +291,11 @@ QWidget* MapViewerWindow::buildPage(int t)
     connect(p.download, &QPushButton::clicked, this, [this, t] { viewer_->DownloadButton(t); });
     auto* stop = new QPushButton(QStringLiteral("Stop Data Flow"));
     connect(stop, &QPushButton::clicked, this, [this] { viewer_->StopDataFlow(); });
-    auto* trace = new QPushButton(QStringLiteral("Map Trace"));
-    connect(trace, &QPushButton::clicked, this, [this] { viewer_->MapTrace(); });
+    p.liveTrace = new QPushButton(QStringLiteral("Live Trace"));
+    p.liveTrace->setObjectName(numbered("LiveTrace", t));
+    p.liveTrace->setCheckable(true);
+    p.liveTrace->setToolTip(tr("Shows on the map where the engine runs now"));
+    connect(p.liveTrace, &QPushButton::clicked, this, [this](bool on) { viewer_->setLiveTrace(on); });
     auto* activation = new QPushButton(QStringLiteral("Activation Byte Test"));
     activation->setObjectName(numbered("ActivationByteTest", t));
     connect(activation, &QPushButton::clicked, this, [this] { viewer_->ActivationByteTest(); });
@@ -296,7 +304,7 @@ QWidget* MapViewerWindow::buildPage(int t)
     connect(p.clearBeforeDownload, &QCheckBox::toggled, this,
             [this, t](bool on) { viewer_->setClearMatrixBeforeDownload(t, on); });
     auto* traceRow = new QHBoxLayout;  // the two small buttons share a row
-    traceRow->addWidget(trace);
+    traceRow->addWidget(p.liveTrace);
     traceRow->addWidget(activation);
     ecuLayout->addWidget(p.download);
     ecuLayout->addWidget(stop);
@@ -447,6 +455,27 @@ void MapViewerWindow::placeOverlay(int t)
     p.overlay->raise();
 }
 
+void MapViewerWindow::traceSwitched(bool on)
+{
+    for (const Page& p : pages_)
+        vexorin::ui::setCheckedQuietly(p.liveTrace, on);
+    if (QAction* a = action(QStringLiteral("LiveTrace"))) {
+        const QSignalBlocker quiet(a);
+        a->setChecked(on);
+    }
+    if (on)
+        traceFade_.start();
+    else
+        traceFade_.stop();
+    showTraceMarks();
+}
+
+void MapViewerWindow::showTraceMarks()
+{
+    for (int t = 0; t < MapViewer::kTabs; ++t)
+        grid(t)->setTraceMarks(viewer_->trace().marks(kMaps[std::size_t(t)].fuel));
+}
+
 void MapViewerWindow::refreshStatus()
 {
     status_->setText(viewer_->status());
@@ -484,6 +513,7 @@ MapViewerWindow* MapViewerWindow::openNewViewer()
     family_->append(w);
     w->setAttribute(Qt::WA_DeleteOnClose);
     w->viewer().setCaption(viewer_->nextViewerCaption());
+    w->viewer().trace().setScaleSource(viewer_->trace().scaleSource());
     w->setWindowTitle(w->viewer().caption());
     w->show();
     emit viewerOpened(w);
@@ -493,6 +523,7 @@ MapViewerWindow* MapViewerWindow::openNewViewer()
 void MapViewerWindow::unload()
 {
     viewer_->abortLoad();
+    viewer_->setLiveTrace(false);
     vexorin::ui::endDialogsOf(this);
     hide();
     emit unloaded();
@@ -511,6 +542,7 @@ void MapViewerWindow::exitViewer()
 
 void MapViewerWindow::closeEvent(QCloseEvent* e)
 {
+    viewer_->setLiveTrace(false);  // the stream ends with the window
     if (viewer_->TxtFormCount() == 0) {
         // The first viewer is only hidden, to be found as it was left.
         e->ignore();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 #include <memory>
 #include <array>
@@ -83,6 +84,7 @@ private:
         QLineEdit* overlayBox = nullptr;
         QLabel* byteDisplayed = nullptr;
         QLabel* byteChanged = nullptr;
+        QPushButton* liveTrace = nullptr;
     };
 
     void buildMenus(QWidget* menuBarHolder);
@@ -91,6 +93,8 @@ private:
     void refreshStatus();
     void placeOverlay(int tab);
     void unload();
+    void traceSwitched(bool on);
+    void showTraceMarks();
 
     MapViewer* viewer_;
     ConsultSession& session_;
@@ -99,4 +103,5 @@ private:
     QProgressBar* progress_;
     std::array<Page, 6> pages_{};
     std::shared_ptr<QList<QPointer<MapViewerWindow>>> family_;
+    QTimer traceFade_;  // the trail fades while no frame comes
 };

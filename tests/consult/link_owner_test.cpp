@@ -95,6 +95,10 @@ private slots:
     void cycleOfAGoneCallerEndsWithoutIt();
     void normalTimeIsTheBytesAt960ASecondPlusTheMargin();
     void whoMayUseTheLink();
+    void streamHandsOverEveryByteUntilItIsEnded();
+    void clickEndsAStreamAtOnceAndThenRuns();
+    void cyclesWaitWhileAStreamRuns();
+    void pulledCableEndsTheStream();
 };
 
 void LinkOwnerTest::replyCompletesTheCycleAndTheStopBytesFollow()
@@ -340,6 +344,89 @@ void LinkOwnerTest::whoMayUseTheLink()
     QCOMPARE(why, QStringLiteral("Please close the Active Test first."));
     r.owner.setToolShowing(LinkOwner::Tool::ActiveTest, {});
     QVERIFY(r.owner.mayUse(LinkOwner::ToolsClosed, &why));
+}
+
+namespace {
+struct StreamWatch {
+    QByteArray bytes;
+    int ended = 0;
+    bool start(LinkOwner& owner, QObject* context)
+    {
+        return owner.startStream(
+            registerStreamPlan({0x00, 0x01}), context,
+            [this](const Bytes& b) { bytes.append(reinterpret_cast<const char*>(b.data()), qsizetype(b.size())); },
+            [this] { ++ended; });
+    }
+};
+}  // namespace
+
+void LinkOwnerTest::streamHandsOverEveryByteUntilItIsEnded()
+{
+    OwnerRig r;
+    StreamWatch w;
+    r.port->arriveUnannounced(QByteArray::fromHex("eeee"));  // stale bytes are discarded first
+    QVERIFY(w.start(r.owner, &r.owner));
+    QCOMPARE(r.port->written(), QByteArray::fromHex("5a005a01f0"));
+    QVERIFY(r.owner.streaming());
+    QVERIFY(r.owner.busy());
+    r.port->arrive(QByteArray::fromHex("a500a501ff02"));
+    QTRY_COMPARE(w.bytes, QByteArray::fromHex("a500a501ff02"));
+    r.port->arrive(QByteArray::fromHex("0a0bff020a0c"));
+    QTRY_COMPARE(w.bytes.size(), 12);
+    // Still streaming long after any cycle's time-out.
+    QTest::qWait(50);
+    QVERIFY(r.owner.streaming());
+    QCOMPARE(r.owner.timeouts(), 0);
+    r.owner.endStream();
+    QCOMPARE(r.port->written(), QByteArray::fromHex("5a005a01f030"));
+    QCOMPARE(w.ended, 1);
+    QVERIFY(!r.owner.busy());
+    // Bytes after the end go to nobody.
+    r.port->arrive(QByteArray::fromHex("ff02"));
+    QTest::qWait(20);
+    QCOMPARE(w.bytes.size(), 12);
+    r.owner.endStream();
+    QCOMPARE(w.ended, 1);
+}
+
+void LinkOwnerTest::clickEndsAStreamAtOnceAndThenRuns()
+{
+    OwnerRig r;
+    StreamWatch w;
+    QVERIFY(w.start(r.owner, &r.owner));
+    r.port->clearWritten();
+    r.clock.start();
+    r.click();
+    // The stop byte, then the click's own byte, with no wait.
+    QCOMPARE(r.port->written(), QByteArray::fromHex("30") + kClick);
+    QCOMPARE(w.ended, 1);
+    QVERIFY(r.clickedAt >= 0);
+    QVERIFY(!r.owner.streaming());
+}
+
+void LinkOwnerTest::cyclesWaitWhileAStreamRuns()
+{
+    OwnerRig r;
+    StreamWatch w;
+    QVERIFY(w.start(r.owner, &r.owner));
+    QVERIFY(!r.runStream());
+    QVERIFY(!w.start(r.owner, &r.owner));
+    r.owner.abandon();
+    QCOMPARE(w.ended, 1);
+    QVERIFY(r.runStream());
+    QVERIFY(!w.start(r.owner, &r.owner));
+    r.owner.abandon();
+}
+
+void LinkOwnerTest::pulledCableEndsTheStream()
+{
+    OwnerRig r;
+    StreamWatch w;
+    QVERIFY(w.start(r.owner, &r.owner));
+    r.port->unplug();
+    QTRY_COMPARE(w.ended, 1);
+    QVERIFY(!r.owner.busy());
+    QVERIFY(!r.link.PortOpen());
 }
 
 QTEST_MAIN(LinkOwnerTest)

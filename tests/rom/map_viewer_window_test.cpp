@@ -19,6 +19,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
@@ -36,6 +37,8 @@ private slots:
     void newViewersCountAndExitClosesThemAll();
     void firstViewerIsHiddenByItsCloseBox();
     void monitoringRefusesWhileTheViewerShows();
+    void liveTraceIsOneSwitchForTheWindow();
+    void closingTheWindowEndsTheTrace();
 
 private:
     QString writeRom();
@@ -80,14 +83,14 @@ void MapViewerWindowTest::layoutMenusAndStatusBar()
     QCOMPARE(w.tabs()->count(), 6);
     QCOMPARE(w.tabs()->tabText(0), QStringLiteral("Fuel (High Octane)"));
     QCOMPARE(w.tabs()->tabText(5), QStringLiteral("Timing (Low Octane)"));
-    for (const char* name : {"Exit", "DownloadMapData", "MapTrace", "LoadAllMapsFromBINFile", "OpenNewViewer",
+    for (const char* name : {"Exit", "DownloadMapData", "LiveTrace", "LoadAllMapsFromBINFile", "OpenNewViewer",
                              "LoadAllECUDataMaps", "FuelMapHighOct", "TimgMapLowOct"})
         QVERIFY2(w.action(QLatin1String(name)), name);
     QCOMPARE(w.action(QStringLiteral("LoadAllMapsFromBINFile"))->text(), QStringLiteral("Load BIN File"));
     QCOMPARE(w.statusPanel()->text(), QStringLiteral("Map Status"));
     QVERIFY(w.progressBar()->isVisible());
     QCOMPARE(w.progressBar()->accessibleName(), QStringLiteral("Progress"));
-    for (const char* caption : {"Download Map Data", "Stop Data Flow", "Map Trace", "Clear Matrix", "Save Snapshot",
+    for (const char* caption : {"Download Map Data", "Stop Data Flow", "Live Trace", "Clear Matrix", "Save Snapshot",
                                 "Load BIN File"})
         QVERIFY2(findButton(w.tabs()->widget(0), QLatin1String(caption)), caption);
     // Every tab's "ECU Data" frame has the Activation Byte Test.
@@ -253,6 +256,78 @@ void MapViewerWindowTest::monitoringRefusesWhileTheViewerShows()
     app.core.stream().MonitorOnOff();
     QCOMPARE(app.core.session().MonitorSensorsOnLabel(), QStringLiteral("ON"));
     app.core.stream().MonitorOnOff();
+}
+
+namespace {
+QList<QPushButton*> traceButtons(MapViewerWindow& w)
+{
+    QList<QPushButton*> out;
+    for (int t = 1; t <= 6; ++t)
+        out << w.findChild<QPushButton*>(QStringLiteral("LiveTrace%1").arg(t));
+    return out;
+}
+
+bool allChecked(MapViewerWindow& w, bool on)
+{
+    for (QPushButton* b : traceButtons(w))
+        if (!b || !b->isCheckable() || b->isChecked() != on)
+            return false;
+    QAction* item = w.action(QStringLiteral("LiveTrace"));
+    return item->isCheckable() && item->isChecked() == on && item->text() == QStringLiteral("Live Trace");
+}
+}  // namespace
+
+void MapViewerWindowTest::liveTraceIsOneSwitchForTheWindow()
+{
+    AppRig app;
+    app.open();
+    app.window->showMapViewer();
+    MapViewerWindow& w = *app.window->mapViewerWindow();
+    // Refused: the button goes back off, and says why.
+    traceButtons(w)[0]->click();
+    QCOMPARE(boxes_.last(), QStringLiteral("Consult port not connected."));
+    QVERIFY(allChecked(w, false));
+
+    QVERIFY(app.connectToSimulator());
+    answers_ << writeRom();
+    w.loadBinFile(false);
+    traceButtons(w)[2]->click();
+    QVERIFY(allChecked(w, true));
+    QTRY_VERIFY(w.statusPanel()->text().startsWith(QStringLiteral("Trace: RPM ")));
+    // The grid on view outlines the traced cell.
+    QTRY_VERIFY(w.grid(0)->traceMarks().row > 0);
+    const auto point = w.viewer().trace().point();
+    QTRY_COMPARE(w.grid(0)->traceMarks().row, w.viewer().trace().point()->row);
+    QCOMPARE(w.grid(4)->traceMarks().column, w.viewer().trace().point()->timingColumn);
+    QVERIFY(point.has_value());
+    // A picture of the trace shows the outline's colour, which no band has.
+    const QImage picture = w.grid(0)->viewport()->grab().toImage();
+    const QRect cell = w.grid(0)->visualRect(w.grid(0)->model()->index(w.grid(0)->traceMarks().row,
+                                                                       w.grid(0)->traceMarks().column));
+    QCOMPARE(picture.pixelColor(cell.left() + 2, cell.center().y()).rgb(), MapGridWidget::kTraceColor.rgb());
+
+    w.action(QStringLiteral("LiveTrace"))->trigger();
+    QVERIFY(allChecked(w, false));
+    QCOMPARE(w.statusPanel()->text(), QStringLiteral("Map Status"));
+    QVERIFY(!app.core.session().owner().busy());
+}
+
+void MapViewerWindowTest::closingTheWindowEndsTheTrace()
+{
+    AppRig app;
+    app.open();
+    QVERIFY(app.connectToSimulator());
+    app.window->showMapViewer();
+    MapViewerWindow& w = *app.window->mapViewerWindow();
+    answers_ << writeRom();
+    w.loadBinFile(false);
+    w.action(QStringLiteral("LiveTrace"))->trigger();
+    QVERIFY(allChecked(w, true));
+    QVERIFY(app.core.session().owner().streaming());
+    w.close();
+    QVERIFY(!w.viewer().trace().isOn());
+    QVERIFY(!app.core.session().owner().busy());
+    QVERIFY(allChecked(w, false));
 }
 
 QTEST_MAIN(MapViewerWindowTest)

@@ -69,6 +69,9 @@ inline constexpr QLatin1StringView TextColorKey{"TextColor"};
 inline constexpr SettingKey Graph1PointColor{L("Graph1PointColor"), L("PointColor"), L("")};
 inline constexpr SettingKey Graph1BarColor{L("Graph1BarColor"), L("BarColor"), L("")};
 
+// Map Viewer, Live Trace: S of TP = Q x K / (RPM x S).
+inline constexpr SettingKey LiveTraceScale{L("LiveTrace"), L("Scale"), L("1024")};
+
 // BIN File Downloader.
 inline constexpr QLatin1StringView DownloadBarSection{"bindownloadbar"};
 inline constexpr SettingKey MatrixTheme{L("MatrixTheme"), L("Setting"), L("")};
