@@ -142,6 +142,7 @@ bool MapViewer::writeAtPosition(int t, int value)
         return false;
     }
     trace_.refreshTables();  // a scale, the VQ curve or the K value may have changed
+    markDifferences();
     return true;
 }
 

@@ -118,6 +118,7 @@ QRect MapGridWidget::cellRect(int row, int column, const QWidget* ancestor) cons
 }
 
 const QColor MapGridWidget::kTraceColor(0xA0, 0x00, 0xC0);
+const QColor MapGridWidget::kCompareColor(0xFF, 0x8C, 0x00);
 
 void MapGridWidget::setTraceMarks(const TraceMarks& marks)
 {
@@ -132,13 +133,49 @@ QRect MapGridWidget::cellBox(int row, int column) const
     return visualRect(model()->index(row, column));
 }
 
+void MapGridWidget::setCompareTips(const std::array<QString, MapGrid::kSize * MapGrid::kSize>& tips)
+{
+    anyCompared_ = false;
+    for (int r = 0; r < MapGrid::kSize; ++r) {
+        for (int c = 0; c < MapGrid::kSize; ++c) {
+            const std::size_t i = std::size_t(r * MapGrid::kSize + c);
+            compared_[i] = !tips[i].isEmpty();
+            anyCompared_ = anyCompared_ || compared_[i];
+            item(r, c)->setToolTip(tips[i]);
+        }
+    }
+    viewport()->update();
+}
+
+bool MapGridWidget::compareMarked(int row, int column) const
+{
+    return MapGrid::inside(row, column) && compared_[std::size_t(row * MapGrid::kSize + column)];
+}
+
 void MapGridWidget::paintEvent(QPaintEvent* e)
 {
     QTableWidget::paintEvent(e);
-    if (!trace_.on || trace_.row < 1)
+    const bool tracing = trace_.on && trace_.row > 0;
+    if (!tracing && !anyCompared_)
         return;
     QPainter painter(viewport());
-    paintTrace(painter);
+    if (anyCompared_)
+        paintCompare(painter);
+    if (tracing)
+        paintTrace(painter);
+}
+
+void MapGridWidget::paintCompare(QPainter& painter) const
+{
+    QPen border(kCompareColor);
+    border.setWidth(2);
+    border.setJoinStyle(Qt::MiterJoin);
+    painter.setPen(border);
+    painter.setBrush(Qt::NoBrush);
+    for (int r = 0; r < MapGrid::kSize; ++r)
+        for (int c = 0; c < MapGrid::kSize; ++c)
+            if (compared_[std::size_t(r * MapGrid::kSize + c)])
+                painter.drawRect(cellBox(r, c).adjusted(1, 1, -1, -1));
 }
 
 void MapGridWidget::paintTrace(QPainter& painter) const

@@ -30,6 +30,10 @@ public:
     // Drawn over the cells in colours no band uses: the traced cell with a
     // thick outline, its fading trail, and its two neighbours shaded by nearness.
     static const QColor kTraceColor;
+    static const QColor kCompareColor;
+    // Compare: a border round every cell with a tip ("B: …"), the tip as the cell's tool tip.
+    void setCompareTips(const std::array<QString, MapGrid::kSize * MapGrid::kSize>& tips);
+    bool compareMarked(int row, int column) const;
     void setTraceMarks(const TraceMarks& marks);
     const TraceMarks& traceMarks() const { return trace_; }
 
@@ -38,6 +42,9 @@ protected:
 
 private:
     void paintTrace(QPainter& painter) const;
+    void paintCompare(QPainter& painter) const;
+    std::array<bool, MapGrid::kSize * MapGrid::kSize> compared_{};
+    bool anyCompared_ = false;
     QRect cellBox(int row, int column) const;
     TraceMarks trace_;
     Qt::Alignment alignmentOf(int row, int column) const;

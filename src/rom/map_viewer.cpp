@@ -173,6 +173,8 @@ bool MapViewer::LoadBinFile(const QString& path, bool fromMenu)
         ok = DumpRPM(t) && DumpTP(t) && DumpMAP(t);
     loading_ = false;
     trace_.refreshTables();
+    if (ok)
+        markDifferences();
     // The status panel returns to rest a moment after a load from the menu.
     if (fromMenu && ok)
         MapStatusTimer.start();

@@ -48,6 +48,9 @@ public:
         int overlayColumn = 16;
         QString byteValueDisplayed;
         QString byteValueWhenChanged;
+        // Compare: per cell, empty or "B: <what the other file's byte shows>".
+        std::array<QString, MapGrid::kSize * MapGrid::kSize> compareTips;
+        QString compareTip(int row, int column) const { return compareTips[std::size_t(row * MapGrid::kSize + column)]; }
     };
 
     using MapReadState = vexorin::rom::MapReadState;
@@ -101,6 +104,13 @@ public:
     // Sends the bare activation sequence and reads nothing (needs a connected port).
     void ActivationByteTest();
 
+    // Compare: marks every body cell and scale heading whose byte differs in
+    // the other file. Neither file is written. False (and a message) when
+    // either cannot be read.
+    bool compareWith(const QString& otherPath);
+    void clearCompare();
+    QString comparePath() const { return comparePath_; }
+
     // Editing.
     void setEditMode(int tab, bool on);
     void selectCell(int tab, int row, int column);
@@ -120,6 +130,8 @@ public:
 
 signals:
     void gridReset(int tab);
+    // The compare marks of every tab changed.
+    void compareChanged();
     void cellChanged(int tab, int row, int column);
     void tabChanged(int tab);
     void statusChanged();
@@ -161,6 +173,7 @@ private:
     bool writeAtPosition(int tab, int value);
 
     void showTrace();
+    bool markDifferences();
 
     ConsultSession& session_;
     std::array<Tab, kTabs> tabs_;
@@ -186,4 +199,5 @@ private:
     QString previousValue_;
 
     MapTrace trace_;
+    QString comparePath_;
 };

@@ -129,6 +129,10 @@ MapViewerWindow::MapViewerWindow(ConsultSession& session, int formCount, QWidget
             MessageBoxes::information(this, text);
     });
     mv.setYield(throttledEventLoop());
+    connect(&mv, &MapViewer::compareChanged, this, [this] {
+        for (int t = 0; t < MapViewer::kTabs; ++t)
+            grid(t)->setCompareTips(viewer_->tab(t).compareTips);
+    });
     connect(&mv.trace(), &MapTrace::switched, this, &MapViewerWindow::traceSwitched);
     connect(&mv.trace(), &MapTrace::moved, this, &MapViewerWindow::showTraceMarks);
     traceFade_.setInterval(100);
@@ -227,6 +231,9 @@ void MapViewerWindow::buildMenus(QWidget* holder)
     QAction* newViewer = add(options, "OpenNewViewer", "Open New Viewer", [this] { openNewViewer(); });
     newViewer->setEnabled(viewer_->TxtFormCount() == 0);
     add(options, "LoadAllECUDataMaps", "Load All ECU Data Maps", [this] { viewer_->LoadAllECUDataMaps(); });
+    options->addSeparator();
+    add(options, "CompareWithBinFile", "Compare With BIN File...", [this] { compareWithBinFile(); });
+    add(options, "ClearCompare", "Clear Compare", [this] { viewer_->clearCompare(); });
 
     QMenu* view = menuBar->addMenu(tr("&View"));
     for (int t = 0; t < MapViewer::kTabs; ++t)
@@ -499,6 +506,18 @@ void MapViewerWindow::loadBinFile(bool fromMenu)
     viewer_->LoadBinFile(path, fromMenu);
     if (self)
         refreshStatus();
+}
+
+void MapViewerWindow::compareWithBinFile()
+{
+    if (viewer_->tab(0).pathBox == QLatin1String(vexorin::rom::kNoFile)) {
+        MessageBoxes::information(this, QStringLiteral("File not loaded. Please load a BIN file first."));
+        return;
+    }
+    const QString path = mCommonDialog::openFileName(this, QString::fromLatin1(vexorin::rom::kBinExtension),
+                                                     QString::fromLatin1(vexorin::rom::kBinFilter));
+    if (!path.isEmpty())
+        viewer_->compareWith(path);
 }
 
 void MapViewerWindow::saveSnapshot()

@@ -46,6 +46,8 @@ public:
 
     // "Load BIN File" (buttons and menu item): a dialog, then the load.
     void loadBinFile(bool fromMenu);
+    // "Compare With BIN File...": a dialog, then the marks.
+    void compareWithBinFile();
     // "Save Snapshot".
     void saveSnapshot();
     // "Open New Viewer": the new window, shown without blocking.
