@@ -65,6 +65,7 @@ void MapTrace::startNow()
     point_.reset();
     trail_.clear();
     frames_ = 0;
+    bytesTaken_ = 0;
     on_ = true;
     const bool started = session_.owner().startStream(
         vexorin::consult::registerStreamPlan(kRegisters), this,
@@ -107,6 +108,7 @@ void MapTrace::refreshTables()
 
 void MapTrace::onBytes(const vexorin::consult::Bytes& bytes)
 {
+    bytesTaken_ += qint64(bytes.size());
     const std::vector<vexorin::consult::Bytes> frames = reader_.feed(bytes);
     if (frames.empty())
         return;

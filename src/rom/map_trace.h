@@ -61,8 +61,9 @@ public:
 
     // The last frame's point, none before the first frame.
     const std::optional<vexorin::rom::TracePoint>& point() const { return point_; }
-    // Frames placed since the trace went on.
+    // Frames placed, and bytes taken off the line, since the trace went on.
     qint64 frames() const { return frames_; }
+    qint64 bytesTaken() const { return bytesTaken_; }
     // The cells to draw on a fuel or a timing map, now.
     TraceMarks marks(bool fuel) const;
 
@@ -103,4 +104,5 @@ private:
     std::optional<vexorin::rom::TracePoint> point_;
     std::deque<Sample> trail_;
     qint64 frames_ = 0;
+    qint64 bytesTaken_ = 0;
 };
