@@ -5,10 +5,13 @@
 #include "app/credits_scroll.h"
 #include "app/ecu_tools_window.h"
 #include "app/main_window.h"
+#include "consult/consult_link.h"
 #include "consult/consult_session.h"
+#include "consult/simulator_transport.h"
 #include "external/external_sensors_window.h"
 #include "graph/graph_feed.h"
 #include "rom/bin_viewer_window.h"
+#include "rom/map_viewer.h"
 #include "rom/map_viewer_window.h"
 #include "tools/active_test_window.h"
 #include "tools/bin_file_downloader_window.h"
@@ -60,6 +63,19 @@ ScreenTour::ScreenTour(AppCore& core, MainWindow& window) : core_(core), window_
     romPath_ = files_.filePath(QStringLiteral("simulator.bin"));
     const auto rom = vexorin::sim::makeSyntheticRom();
     vexorin::files::WriteBytes(romPath_.toStdString(), std::vector<std::uint8_t>(rom.begin(), rom.end()), nullptr);
+    // A tune: leaner at part load, richer at full load, a higher rev limit, two RPM headings moved.
+    std::vector<std::uint8_t> tuned(rom.begin(), rom.end());
+    for (int row = 6; row < 9; ++row)
+        for (int column = 4; column < 8; ++column)
+            tuned[std::size_t(0x7D00 + row * 16 + column)] -= 2;
+    for (int column = 12; column < 16; ++column)
+        tuned[std::size_t(0x7D00 + 14 * 16 + column)] += 6;
+    tuned[0x7FB4] += 8;
+    tuned[0x7B0E] += 2;
+    tuned[0x7B0F] += 4;
+    tuned[0x7F00 + 0x40] ^= 0x55;
+    tunedPath_ = files_.filePath(QStringLiteral("tuned.bin"));
+    vexorin::files::WriteBytes(tunedPath_.toStdString(), tuned, nullptr);
     // No box waits for a click, and every file dialog answers with the tour's files.
     MessageBoxes::setPresenter([](const QString&, const QString&, bool) {});
     mCommonDialog::setAnswerer([this](const mCommonDialog::DialogRequest& r, bool save) {
@@ -96,6 +112,17 @@ void ScreenTour::trigger(const QString& action)
 {
     if (QAction* a = window_.action(action))
         a->trigger();
+}
+
+// The built-in simulator's engine revving, or back to its own cycle.
+void ScreenTour::forceEngine(bool rev)
+{
+    if (auto* sim = qobject_cast<SimulatorTransport*>(core_.session().link().transport())) {
+        if (rev)
+            sim->ecu().forcePhase(vexorin::sim::EnginePhase::Rev);
+        else
+            sim->ecu().releasePhase();
+    }
 }
 
 bool ScreenTour::connectAndMonitor()
@@ -277,9 +304,30 @@ bool ScreenTour::run(const Visitor& visit)
                  edit->click();
              return static_cast<QWidget*>(w);
          }},
+        {"map-viewer-live-trace", 1800, [=] {
+             stopMonitor();
+             MapViewerWindow* w = window_.mapViewerWindow();
+             if (auto* edit = w ? w->findChild<QCheckBox*>(QStringLiteral("EditMode1")) : nullptr)
+                 if (edit->isChecked())
+                     edit->click();
+             forceEngine(true);
+             click(w, QStringLiteral("Live Trace"));
+             return static_cast<QWidget*>(w);
+         }},
+        {"map-viewer-compare", 300, [=] {
+             MapViewerWindow* w = window_.mapViewerWindow();
+             if (w) {
+                 w->viewer().setLiveTrace(false);
+                 w->viewer().compareWith(tunedPath_);
+             }
+             forceEngine(false);
+             return static_cast<QWidget*>(w);
+         }},
         {"bin-editor", 300, [=] {
-             if (MapViewerWindow* w = window_.mapViewerWindow())
+             if (MapViewerWindow* w = window_.mapViewerWindow()) {
+                 w->viewer().clearCompare();
                  w->close();
+             }
              window_.showBinViewer();
              if (BinViewerWindow* w = window_.binViewerWindow())
                  w->openBinFile();

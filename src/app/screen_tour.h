@@ -30,10 +30,12 @@ private:
     QWidget* topLevel(const QString& objectName) const;
     void trigger(const QString& action);
     static void settle(int ms);
+    void forceEngine(bool rev);
 
     AppCore& core_;
     MainWindow& window_;
     QTemporaryDir files_;
     QString romPath_;
+    QString tunedPath_;  // the simulator's ROM with a few changes, to compare with
     QString error_;
 };
