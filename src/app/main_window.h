@@ -33,6 +33,7 @@ class QCheckBox;
 class LogPlayerWindow;
 class MapViewerWindow;
 class BinViewerWindow;
+class BinCompareWindow;
 class ExternalSensorsWindow;
 class ColorFramePanel;
 class CreditsWindow;
@@ -67,6 +68,12 @@ public:
     EcuToolWindows* ecuTools() const { return ecuTools_; }
     BinViewerWindow* binViewerWindow() const;
     void showBinViewer();
+    // Tools, Compare BIN Files.
+    BinCompareWindow* binCompareWindow() const;
+    void showBinCompare();
+    // The Map Viewer with file A loaded and the map of `tab` (index of kMaps)
+    // on view, for a map row of the BIN Compare; `b` is the file it is compared with.
+    void openMapCompare(int tab, const QString& a, const QString& b);
 
     // External sensors: the External Gauge Monitor, while it is open.
     ExternalSensorsWindow* externalSensorsWindow() const;

@@ -162,6 +162,7 @@ void MainWindow::buildMenus()
     add(tools, "LogPlayer", QStringLiteral("Log Player"), [this] { showLogPlayer(); });
     add(tools, "MapViewer", QStringLiteral("Map Viewer/Editor"), [this] { showMapViewer(); });
     add(tools, "BinFileViewer", QStringLiteral("BIN File Viewer/Editor"), [this] { showBinViewer(); });
+    add(tools, "CompareBinFiles", QStringLiteral("Compare BIN Files"), [this] { showBinCompare(); });
 
     // The ECU tools: BIN File Downloader, E.C.U. Register Viewer, Active Test.
     ecuTools_ = new EcuToolWindows(core_, registry_, tools, this);

@@ -10,6 +10,8 @@
 #include "consult/simulator_transport.h"
 #include "external/external_sensors_window.h"
 #include "graph/graph_feed.h"
+#include "rom/bin_compare_view.h"
+#include "rom/bin_compare_window.h"
 #include "rom/bin_viewer_window.h"
 #include "rom/map_viewer.h"
 #include "rom/map_viewer_window.h"
@@ -339,11 +341,31 @@ bool ScreenTour::run(const Visitor& visit)
                      chart->trigger();
              return topLevel(QStringLiteral("HexChart"));
          }},
-        {"bin-file-downloader", 1500, [=] {
+        {"bin-compare", 300, [=] {
              if (QWidget* chart = topLevel(QStringLiteral("HexChart")))
                  chart->close();
              if (BinViewerWindow* w = window_.binViewerWindow())
                  w->close();
+             // The simulator's ROM against a copy with a higher rev limit, three
+             // richer fuel cells and one byte changed in a bank without regions.
+             auto rom = vexorin::sim::makeSyntheticRom();
+             rom[0x7FB4] = std::uint8_t(rom[0x7FB4] + 8);
+             for (int cell : {0x7D44, 0x7D45, 0x7D54})
+                 rom[std::size_t(cell)] = std::uint8_t(rom[std::size_t(cell)] + 6);
+             rom[0x4805] ^= 0xFF;  // bank 200
+             const QString changed = files_.filePath(QStringLiteral("changed.bin"));
+             vexorin::files::WriteBytes(changed.toStdString(), std::vector<std::uint8_t>(rom.begin(), rom.end()), nullptr);
+             trigger(QStringLiteral("CompareBinFiles"));
+             BinCompareWindow* w = window_.binCompareWindow();
+             if (w) {
+                 w->view().openA(romPath_);
+                 w->view().openB(changed);
+             }
+             return static_cast<QWidget*>(w);
+         }},
+        {"bin-file-downloader", 1500, [=] {
+             if (QWidget* compare = topLevel(QStringLiteral("BinCompare")))
+                 compare->close();
              window_.ecuTools()->showBinFileDownloader();
              QWidget* w = window_.ecuTools()->binFileDownloader();
              click(w, QStringLiteral("Download BIN File"));

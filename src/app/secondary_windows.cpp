@@ -17,8 +17,10 @@
 #include "graph/graph_feed.h"
 #include "graph/graph_test_window.h"
 #include "logging/log_player_window.h"
+#include "rom/bin_compare_window.h"
 #include "rom/bin_viewer_window.h"
 #include "rom/hex_chart_window.h"
+#include "rom/map_viewer.h"
 #include "rom/map_viewer_window.h"
 #include "sensors/byte_viewer_window.h"
 #include "sensors/dash_window.h"
@@ -35,6 +37,7 @@
 #include "rom/map_viewer.h"
 
 #include <QCloseEvent>
+#include <QTabWidget>
 
 using Kind = WindowRegistry::Kind;
 
@@ -70,6 +73,12 @@ void MainWindow::registerWindowMakers()
              w->setHexChartSource([this] { return registry_.make<HexChartWindow>(Kind::HexChart); });
              connect(w, &BinViewerWindow::viewerOpened, this,
                      [this](BinViewerWindow* more) { registry_.add(Kind::BinViewer, more); });
+             return w;
+         }},
+        {Kind::BinCompare, [this] {
+             auto* w = new BinCompareWindow(this);
+             // Queued: the Map Viewer's load runs the event loop, not from inside the list's double-click.
+             connect(w, &BinCompareWindow::mapRequested, this, &MainWindow::openMapCompare, Qt::QueuedConnection);
              return w;
          }},
         {Kind::LogPlayer, [this] { return new LogPlayerWindow(this); }},
@@ -108,6 +117,7 @@ GraphTestWindow* MainWindow::graphTestWindow() const { return registry_.existing
 LogPlayerWindow* MainWindow::logPlayerWindow() const { return registry_.existing<LogPlayerWindow>(Kind::LogPlayer); }
 MapViewerWindow* MainWindow::mapViewerWindow() const { return registry_.existing<MapViewerWindow>(Kind::MapViewer); }
 BinViewerWindow* MainWindow::binViewerWindow() const { return registry_.existing<BinViewerWindow>(Kind::BinViewer); }
+BinCompareWindow* MainWindow::binCompareWindow() const { return registry_.existing<BinCompareWindow>(Kind::BinCompare); }
 SplashWindow* MainWindow::splashWindow() const { return registry_.existing<SplashWindow>(Kind::Splash); }
 CreditsWindow* MainWindow::creditsWindow() const { return registry_.existing<CreditsWindow>(Kind::Credits); }
 
@@ -128,11 +138,29 @@ void MainWindow::showDash() { registry_.show(Kind::Dash); }
 void MainWindow::showByteViewer() { registry_.show(Kind::ByteViewer); }
 void MainWindow::showMapViewer() { registry_.show(Kind::MapViewer); }
 void MainWindow::showBinViewer() { registry_.show(Kind::BinViewer); }
+void MainWindow::showBinCompare() { registry_.show(Kind::BinCompare); }
 void MainWindow::showLogPlayer() { registry_.show(Kind::LogPlayer); }
 void MainWindow::showFaultCodes() { registry_.show(Kind::FaultCodes); }
 void MainWindow::showSplash() { registry_.show(Kind::Splash); }
 void MainWindow::showCredits() { registry_.show(Kind::Credits); }
 void MainWindow::showExternalSensors() { registry_.show(Kind::ExternalSensors); }
+
+// A map's row of the BIN Compare: the Map Viewer, as Tools, Map Viewer/Editor shows it.
+void MainWindow::openMapCompare(int tab, const QString& a, const QString& b)
+{
+    showMapViewer();
+    MapViewerWindow* w = mapViewerWindow();
+    if (!w)
+        return;
+    MapViewer& viewer = w->viewer();
+    if (!viewer.LoadBinFile(a))
+        return;
+    viewer.setCurrentTab(tab);
+    w->tabs()->setCurrentIndex(tab);
+    // Compare marks: the Map Viewer cannot mark the cells that differ from
+    // another file yet. Once it can, B is applied here: viewer.compareWith(b);
+    Q_UNUSED(b);
+}
 
 void MainWindow::showStartupAnnounce()
 {

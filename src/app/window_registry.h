@@ -15,7 +15,7 @@ class WindowRegistry : public QObject {
 public:
     // The kinds of window, in the order the main window unloads them.
     enum class Kind {
-        Credits, HexChart, MapViewer, StartupAnnounce, ByteViewer, GraphTest, BinViewer, BinFileDownloader,
+        Credits, HexChart, MapViewer, StartupAnnounce, ByteViewer, GraphTest, BinViewer, BinCompare, BinFileDownloader,
         ActiveTest, LogPlayer, RegisterViewer, InterfaceCheck, FaultCodes, Dash, ExternalSensors, SensorName,
         SpeechEngines, Splash,
     };

@@ -4,6 +4,12 @@
 #include "app/port_selection.h"
 #include "consult/consult_session.h"
 #include "consult/port_catalog.h"
+#include "rom/bin_compare_view.h"
+#include "rom/bin_compare_window.h"
+#include "rom/map_viewer.h"
+#include "rom/map_viewer_window.h"
+#include "sim/ecu_simulator.h"
+#include "ui/binary_files.h"
 #include "temp_settings.h"
 #include "ui/gradient_bar_widget.h"
 #include "ui/message_box.h"
@@ -20,6 +26,8 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTabWidget>
+#include <QTemporaryDir>
 #include <QTest>
 
 namespace {
@@ -59,6 +67,7 @@ private slots:
     void connectsToTheSimulatorFromTheMenu();
     void interfaceCheckWindowListsDevices();
     void usbLatencyItemShowsEachAdaptersTimer();
+    void compareBinFilesOpensTheCompareWindow();
 
 private:
     QStringList boxes;
@@ -228,6 +237,46 @@ void MainWindowTest::interfaceCheckWindowListsDevices()
     QVERIFY(texts.contains(QStringLiteral("Connected Interfaces")));
     QVERIFY(texts.contains(QStringLiteral("The DLP-IO8-G Interface will be displayed as \"USB  Serial Port (COMx)\".")));
     saveShot(check, QStringLiteral("interface-check.png"));
+}
+
+void MainWindowTest::compareBinFilesOpensTheCompareWindow()
+{
+    Window w;
+    QAction* item = w.window->action(QStringLiteral("CompareBinFiles"));
+    QVERIFY(item);
+    QCOMPARE(item->text(), QStringLiteral("Compare BIN Files"));
+    QMenu* tools = nullptr;
+    for (QAction* menu : w.window->menuBar()->actions())
+        if (menu->text().remove(QLatin1Char('&')) == QLatin1String("Tools"))
+            tools = menu->menu();
+    QVERIFY(tools && tools->actions().contains(item));
+    item->trigger();
+    BinCompareWindow* compare = w.window->binCompareWindow();
+    QVERIFY(compare);
+    QVERIFY(compare->isVisible());
+    QCOMPARE(compare->windowTitle(), QStringLiteral("Vexorin BIN Compare"));
+
+    // A map's row opens the Map Viewer with A loaded, on that map's tab.
+    QTemporaryDir dir;
+    auto rom = vexorin::sim::makeSyntheticRom();
+    const QString a = dir.filePath(QStringLiteral("a.bin")), b = dir.filePath(QStringLiteral("b.bin"));
+    vexorin::files::WriteBytes(a.toStdString(), std::vector<std::uint8_t>(rom.begin(), rom.end()), nullptr);
+    rom[0x7842] ^= 0x04;  // Primary Timing Map: "Timing (High Octane)", tab 4
+    vexorin::files::WriteBytes(b.toStdString(), std::vector<std::uint8_t>(rom.begin(), rom.end()), nullptr);
+    compare->view().openA(a);
+    compare->view().openB(b);
+    QCOMPARE(compare->view().rows(), QStringList{QStringLiteral("Primary Timing Map: 1 byte")});
+    QVERIFY(!w.window->mapViewerWindow());
+    compare->view().activateRow(0);
+    QTRY_VERIFY(w.window->mapViewerWindow());
+    MapViewerWindow* maps = w.window->mapViewerWindow();
+    QTRY_COMPARE(maps->viewer().tab(4).pathBox, a);
+    QVERIFY(maps->isVisible());
+    QCOMPARE(maps->viewer().currentTab(), 4);
+    QCOMPARE(maps->tabs()->currentIndex(), 4);
+    QCOMPARE(maps->tabs()->tabText(4), QStringLiteral("Timing (High Octane)"));
+    QCOMPARE(maps->viewer().tab(4).pathBox, a);
+    QVERIFY(boxes.isEmpty());
 }
 
 QTEST_MAIN(MainWindowTest)
