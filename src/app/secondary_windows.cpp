@@ -157,9 +157,7 @@ void MainWindow::openMapCompare(int tab, const QString& a, const QString& b)
         return;
     viewer.setCurrentTab(tab);
     w->tabs()->setCurrentIndex(tab);
-    // Compare marks: the Map Viewer cannot mark the cells that differ from
-    // another file yet. Once it can, B is applied here: viewer.compareWith(b);
-    Q_UNUSED(b);
+    viewer.compareWith(b);
 }
 
 void MainWindow::showStartupAnnounce()

@@ -7,6 +7,8 @@
 #include "rom/bin_compare_view.h"
 #include "rom/bin_compare_window.h"
 #include "rom/map_viewer.h"
+#include "rom/map_decoding.h"
+#include "rom/map_grid_widget.h"
 #include "rom/map_viewer_window.h"
 #include "sim/ecu_simulator.h"
 #include "ui/binary_files.h"
@@ -276,6 +278,12 @@ void MainWindowTest::compareBinFilesOpensTheCompareWindow()
     QCOMPARE(maps->tabs()->currentIndex(), 4);
     QCOMPARE(maps->tabs()->tabText(4), QStringLiteral("Timing (High Octane)"));
     QCOMPARE(maps->viewer().tab(4).pathBox, a);
+    // Marked against B: the one cell that differs, row 5, column 3, with B's figure.
+    QCOMPARE(maps->viewer().comparePath(), b);
+    QCOMPARE(maps->viewer().tab(4).compareTip(5, 3),
+             QStringLiteral("B: ") + QString::fromStdString(vexorin::rom::formatMapByte(false, rom[0x7842])));
+    QVERIFY(maps->grid(4)->compareMarked(5, 3));
+    QVERIFY(!maps->grid(4)->compareMarked(5, 4));
     QVERIFY(boxes.isEmpty());
 }
 
