@@ -75,7 +75,8 @@ ScreenTour::ScreenTour(AppCore& core, MainWindow& window) : core_(core), window_
     tuned[0x7FB4] += 8;
     tuned[0x7B0E] += 2;
     tuned[0x7B0F] += 4;
-    tuned[0x7F00 + 0x40] ^= 0x55;
+    tuned[0x7F00 + 0x40] ^= 0x55;  // outside every named region
+    tuned[0x4805] ^= 0xFF;          // bank 200
     tunedPath_ = files_.filePath(QStringLiteral("tuned.bin"));
     vexorin::files::WriteBytes(tunedPath_.toStdString(), tuned, nullptr);
     // No box waits for a click, and every file dialog answers with the tour's files.
@@ -346,20 +347,11 @@ bool ScreenTour::run(const Visitor& visit)
                  chart->close();
              if (BinViewerWindow* w = window_.binViewerWindow())
                  w->close();
-             // The simulator's ROM against a copy with a higher rev limit, three
-             // richer fuel cells and one byte changed in a bank without regions.
-             auto rom = vexorin::sim::makeSyntheticRom();
-             rom[0x7FB4] = std::uint8_t(rom[0x7FB4] + 8);
-             for (int cell : {0x7D44, 0x7D45, 0x7D54})
-                 rom[std::size_t(cell)] = std::uint8_t(rom[std::size_t(cell)] + 6);
-             rom[0x4805] ^= 0xFF;  // bank 200
-             const QString changed = files_.filePath(QStringLiteral("changed.bin"));
-             vexorin::files::WriteBytes(changed.toStdString(), std::vector<std::uint8_t>(rom.begin(), rom.end()), nullptr);
              trigger(QStringLiteral("CompareBinFiles"));
              BinCompareWindow* w = window_.binCompareWindow();
              if (w) {
                  w->view().openA(romPath_);
-                 w->view().openB(changed);
+                 w->view().openB(tunedPath_);
              }
              return static_cast<QWidget*>(w);
          }},
