@@ -22,7 +22,7 @@ field() { dpkg-deb -f "$deb" "$1"; }
 [ "$(field Package)" = vexorin ] || fail "Package is $(field Package)"
 [ "$(field Version)" = 2.5.1-1 ] || fail "Version is $(field Version)"
 [ "$(field Recommends)" = qt6-speech-flite-plugin ] || fail "Recommends is $(field Recommends)"
-for dep in libqt6widgets6 libqt6serialport6 libqt6texttospeech6 libqt6network6 libc6 qt6-qpa-plugins; do
+for dep in libqt6widgets6 libqt6serialport6 libqt6texttospeech6 libqt6network6 libqt6datavisualization6 libc6 qt6-qpa-plugins; do
   field Depends | grep -q "$dep" || fail "Depends lacks $dep: $(field Depends)"
 done
 
