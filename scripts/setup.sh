@@ -11,7 +11,7 @@ RUN_PACKAGES=(
   build-essential cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-datavisualization-dev
   qt6-speech-dev qt6-declarative-dev qt6-speech-flite-plugin qt6-qpa-plugins
-  libqt6opengl6-dev libgl-dev
+  libqt6opengl6-dev libgl-dev libgl1-mesa-dri
   libssl3 ca-certificates
   fonts-dejavu-core
 )
@@ -21,7 +21,7 @@ TEST_PACKAGES=(
   git
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   clang libclang-rt-14-dev
-  xvfb xauth socat libgl1-mesa-dri
+  xvfb xauth socat
   lintian desktop-file-utils appstream man-db
 )
 

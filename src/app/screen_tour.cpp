@@ -13,6 +13,7 @@
 #include "rom/bin_compare_view.h"
 #include "rom/bin_compare_window.h"
 #include "rom/bin_viewer_window.h"
+#include "rom/map_surface_window.h"
 #include "rom/map_viewer.h"
 #include "rom/map_viewer_window.h"
 #include "tools/active_test_window.h"
@@ -326,11 +327,15 @@ bool ScreenTour::run(const Visitor& visit)
              forceEngine(false);
              return static_cast<QWidget*>(w);
          }},
-        {"bin-editor", 300, [=] {
-             if (MapViewerWindow* w = window_.mapViewerWindow()) {
+        {"map-3d", 1200, [=] {
+             MapViewerWindow* w = window_.mapViewerWindow();
+             if (w)
                  w->viewer().clearCompare();
+             return static_cast<QWidget*>(w ? w->show3dView(0) : nullptr);
+         }},
+        {"bin-editor", 300, [=] {
+             if (MapViewerWindow* w = window_.mapViewerWindow())
                  w->close();
-             }
              window_.showBinViewer();
              if (BinViewerWindow* w = window_.binViewerWindow())
                  w->openBinFile();

@@ -1,6 +1,7 @@
 #include "rom/map_viewer_window.h"
 
 #include "rom/map_grid_widget.h"
+#include "rom/map_surface_window.h"
 #include "rom/map_viewer.h"
 #include "rom/rom_image.h"
 #include "ui/common_dialog.h"
@@ -283,7 +284,11 @@ QWidget* MapViewerWindow::buildPage(int t)
     connect(snapshot, &QPushButton::clicked, this, &MapViewerWindow::saveSnapshot);
     auto* load = new QPushButton(QStringLiteral("Load BIN File"));
     connect(load, &QPushButton::clicked, this, [this] { loadBinFile(false); });
-    for (QPushButton* b : {p.clearMatrix, snapshot, load})
+    auto* view3d = new QPushButton(QStringLiteral("3D View"));
+    view3d->setObjectName(numbered("View3D", t));
+    view3d->setToolTip(tr("Shows this map as a surface you can turn and zoom"));
+    connect(view3d, &QPushButton::clicked, this, [this, t] { show3dView(t); });
+    for (QPushButton* b : {p.clearMatrix, snapshot, load, view3d})
         buttons->addWidget(b);
     left->addLayout(buttons);
     left->addStretch(1);
@@ -520,6 +525,19 @@ void MapViewerWindow::compareWithBinFile()
         viewer_->compareWith(path);
 }
 
+MapSurfaceWindow* MapViewerWindow::show3dView(int t)
+{
+    QPointer<MapSurfaceWindow>& w = surfaces_[std::size_t(t)];
+    if (!w) {
+        w = new MapSurfaceWindow(*viewer_, t, this);
+        w->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    w->show();
+    w->raise();
+    w->activateWindow();
+    return w;
+}
+
 void MapViewerWindow::saveSnapshot()
 {
     saveWindowSnapshot(this);
@@ -539,10 +557,18 @@ MapViewerWindow* MapViewerWindow::openNewViewer()
     return w;
 }
 
+void MapViewerWindow::close3dViews()
+{
+    for (QPointer<MapSurfaceWindow>& w : surfaces_)
+        if (w)
+            w->close();
+}
+
 void MapViewerWindow::unload()
 {
     viewer_->abortLoad();
     viewer_->setLiveTrace(false);
+    close3dViews();
     vexorin::ui::endDialogsOf(this);
     hide();
     emit unloaded();
@@ -562,6 +588,7 @@ void MapViewerWindow::exitViewer()
 void MapViewerWindow::closeEvent(QCloseEvent* e)
 {
     viewer_->setLiveTrace(false);  // the stream ends with the window
+    close3dViews();
     if (viewer_->TxtFormCount() == 0) {
         // The first viewer is only hidden, to be found as it was left.
         e->ignore();

@@ -10,6 +10,7 @@
 
 class ConsultSession;
 class MapGridWidget;
+class MapSurfaceWindow;
 class MapViewer;
 class QAction;
 class QCheckBox;
@@ -48,6 +49,8 @@ public:
     void loadBinFile(bool fromMenu);
     // "Compare With BIN File...": a dialog, then the marks.
     void compareWithBinFile();
+    // "3D View" of a tab: its window, brought up again if it is open.
+    MapSurfaceWindow* show3dView(int tab);
     // "Save Snapshot".
     void saveSnapshot();
     // "Open New Viewer": the new window, shown without blocking.
@@ -96,6 +99,7 @@ private:
     void placeOverlay(int tab);
     void unload();
     void traceSwitched(bool on);
+    void close3dViews();
     void showTraceMarks();
 
     MapViewer* viewer_;
@@ -106,4 +110,5 @@ private:
     std::array<Page, 6> pages_{};
     std::shared_ptr<QList<QPointer<MapViewerWindow>>> family_;
     QTimer traceFade_;  // the trail fades while no frame comes
+    std::array<QPointer<MapSurfaceWindow>, 6> surfaces_{};
 };

@@ -47,11 +47,12 @@ void LayoutTest::everyWindowShowsWholeTextsAndNoOverlap()
     QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
     for (const char* name : {"MainWindow", "Dash", "ByteViewer", "LogPlayer", "GraphTest", "ExternalSensors", "SensorName",
                              "StartupAnnounce", "SpeechEngines", "FaultCodes", "InterfaceCheck", "Credits", "Splash",
-                             "MapViewer", "BINViewer", "HexChart", "BinCompare", "BinFileDownloaderWindow", "RegisterViewerWindow",
-                             "ActiveTestWindow"})
+                             "MapViewer", "BINViewer", "HexChart", "BinCompare", "MapSurface", "BinFileDownloaderWindow",
+                             "RegisterViewerWindow", "ActiveTestWindow"})
         QVERIFY2(looked.contains(QLatin1String(name)), name);
     for (const char* picture : {"speed-alert", "water-alert", "colour-frame", "main-window-large-view",
-                                "bin-file-downloader", "bin-file-downloader-plain", "map-viewer-edit-mode", "bin-compare"})
+                                "bin-file-downloader", "bin-file-downloader-plain", "map-viewer-edit-mode", "bin-compare",
+                                "map-viewer-live-trace", "map-viewer-compare", "map-3d"})
         QVERIFY2(pictures.contains(QLatin1String(picture)), picture);
 }
 

@@ -3,6 +3,7 @@
 #include "app_rig.h"
 #include "consult/consult_session.h"
 #include "rom/map_grid_widget.h"
+#include "rom/map_surface_window.h"
 #include "rom/map_viewer.h"
 #include "rom/map_viewer_window.h"
 #include "sensors/sensor_stream.h"
@@ -39,6 +40,7 @@ private slots:
     void monitoringRefusesWhileTheViewerShows();
     void liveTraceIsOneSwitchForTheWindow();
     void closingTheWindowEndsTheTrace();
+    void threeDViewButtonOpensTheTabsSurfaceOnce();
 
 private:
     QString writeRom();
@@ -91,7 +93,7 @@ void MapViewerWindowTest::layoutMenusAndStatusBar()
     QVERIFY(w.progressBar()->isVisible());
     QCOMPARE(w.progressBar()->accessibleName(), QStringLiteral("Progress"));
     for (const char* caption : {"Download Map Data", "Stop Data Flow", "Live Trace", "Clear Matrix", "Save Snapshot",
-                                "Load BIN File"})
+                                "Load BIN File", "3D View"})
         QVERIFY2(findButton(w.tabs()->widget(0), QLatin1String(caption)), caption);
     // Every tab's "ECU Data" frame has the Activation Byte Test.
     for (int t = 0; t < 6; ++t) {
@@ -328,6 +330,34 @@ void MapViewerWindowTest::closingTheWindowEndsTheTrace()
     QVERIFY(!w.viewer().trace().isOn());
     QVERIFY(!app.core.session().owner().busy());
     QVERIFY(allChecked(w, false));
+}
+
+void MapViewerWindowTest::threeDViewButtonOpensTheTabsSurfaceOnce()
+{
+    AppRig app;
+    app.open();
+    app.window->showMapViewer();
+    MapViewerWindow& w = *app.window->mapViewerWindow();
+    answers_ << writeRom();
+    w.loadBinFile(false);
+    for (int t = 0; t < 6; ++t)
+        QVERIFY(w.findChild<QPushButton*>(QStringLiteral("View3D%1").arg(t + 1)));
+    w.findChild<QPushButton*>(QStringLiteral("View3D5"))->click();
+    QPointer<MapSurfaceWindow> surface = w.findChild<MapSurfaceWindow*>();
+    QVERIFY(surface);
+    QVERIFY(surface->isVisible());
+    QCOMPARE(surface->windowTitle(), QStringLiteral("3D Map - Timing (High Octane)"));
+    QCOMPARE(surface->tab(), 4);
+    // Offscreen there is no OpenGL: the window says so.
+    QVERIFY(!surface->hasSurface());
+    QCOMPARE(surface->messageLabel()->text(), QStringLiteral("3D view needs OpenGL, which this system does not provide."));
+    // Again: the same window.
+    w.findChild<QPushButton*>(QStringLiteral("View3D5"))->click();
+    QCOMPARE(w.findChildren<MapSurfaceWindow*>().size(), 1);
+    QCOMPARE(w.show3dView(4), surface.data());
+    // It goes with the viewer.
+    w.close();
+    QTRY_VERIFY(!surface);
 }
 
 QTEST_MAIN(MapViewerWindowTest)

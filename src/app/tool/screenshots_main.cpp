@@ -12,9 +12,23 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QPixmap>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QWindow>
+
+namespace {
+// A window that holds a native surface (the 3D map's graph) is taken from the
+// screen, where that surface is drawn; grab() would leave it blank.
+QPixmap pictureOf(QWidget* shown)
+{
+    for (QWidget* child : shown->findChildren<QWidget*>())
+        if (child->inherits("QWindowContainer") && shown->screen())
+            return shown->screen()->grabWindow(shown->winId());
+    return shown->grab();
+}
+}  // namespace
 
 int main(int argc, char* argv[])
 {
@@ -40,7 +54,7 @@ int main(int argc, char* argv[])
     ScreenTour tour(core, window);
     const bool done = tour.run([&](const QString& picture, QWidget* shown) {
         const QString path = QDir(folder).filePath(picture + QStringLiteral(".png"));
-        if (!shown->grab().save(path)) {
+        if (!pictureOf(shown).save(path)) {
             err << "vexorin-screenshots: cannot write " << path << "\n";
             return;
         }
