@@ -22,12 +22,6 @@ bool allZero(const std::array<std::int32_t, kVqWords>& curve)
     return std::all_of(curve.begin(), curve.end(), [](std::int32_t q) { return q == 0; });
 }
 
-std::array<std::int32_t, kVqWords> fixedCurve()
-{
-    std::array<std::int32_t, kVqWords> c{};
-    std::copy(kVqCurve.begin(), kVqCurve.end(), c.begin());
-    return c;
-}
 }  // namespace
 
 std::optional<int> traceRpm(int hi, int lo)
@@ -109,7 +103,7 @@ TracePoint tracePoint(const TraceTables& tables, int rpm, int mafHundredths, dou
     TracePoint p;
     p.rpm = rpm;
     p.fixedCurve = rpm == 0 || tables.kValue == 0 || allZero(tables.vq);
-    const double q = vqQuantity(p.fixedCurve ? fixedCurve() : tables.vq, mafHundredths);
+    const double q = vqQuantity(p.fixedCurve ? kVqCurve : tables.vq, mafHundredths);
     p.tp = rpm == 0 || scale == 0 ? 0 : q * tables.kValue / (double(rpm) * scale);
 
     const int row = nearestHeading(tables.rpmHeadings, rpm);

@@ -17,7 +17,7 @@ std::size_t cellIndex(int row, int column)
 bool MapViewer::compareWith(const QString& otherPath)
 {
     if (tab(0).pathBox == QLatin1String(kNoFile)) {
-        emit message(QStringLiteral("File not loaded. Please load a BIN file first."), false);
+        emit message(QString::fromLatin1(vexorin::rom::kLoadBinFileFirst), false);
         return false;
     }
     const QString previous = comparePath_;
@@ -45,7 +45,7 @@ bool MapViewer::markDifferences()
     std::string error;
     for (const auto& [path, bytes] : {std::pair{tab(0).pathBox, &a}, std::pair{comparePath_, &b}}) {
         if (!readImage(path.toStdString(), *bytes, &error)) {
-            emit message(QStringLiteral("The BIN file could not be read: %1").arg(QString::fromStdString(error)), true);
+            emit message(QString::fromStdString(vexorin::rom::unreadableText(error)), true);
             return false;
         }
     }

@@ -65,7 +65,7 @@ void MapViewer::setEditMode(int t, bool on)
     if (tab.pathBox == QLatin1String(kNoFile)) {
         tab.editMode = false;
         emit tabChanged(t);
-        emit message(QStringLiteral("File not loaded. Please load a BIN file first."), false);
+        emit message(QString::fromLatin1(vexorin::rom::kLoadBinFileFirst), false);
         return;
     }
     tab.editMode = true;

@@ -50,7 +50,7 @@ void MapTrace::startNow()
         return;
     }
     if (path_() == QLatin1String(kNoFile)) {
-        emit message(QStringLiteral("File not loaded. Please load a BIN file first."));
+        emit message(QString::fromLatin1(vexorin::rom::kLoadBinFileFirst));
         emit switched(false);
         return;
     }
@@ -92,7 +92,7 @@ bool MapTrace::readTables(QString* problem)
     std::vector<std::uint8_t> bytes;
     std::string error;
     if (!readImage(path_().toStdString(), bytes, &error)) {
-        *problem = QStringLiteral("The BIN file could not be read: %1").arg(QString::fromStdString(error));
+        *problem = QString::fromStdString(vexorin::rom::unreadableText(error));
         return false;
     }
     tables_ = traceTables(bytes);

@@ -140,7 +140,7 @@ bool MapViewer::readFile(int t, int lastOffset, std::vector<std::uint8_t>& bytes
 {
     std::string error;
     if (!readImage(tab(t).pathBox.toStdString(), bytes, &error)) {
-        emit message(QStringLiteral("The BIN file could not be read: %1").arg(QString::fromStdString(error)), true);
+        emit message(QString::fromStdString(vexorin::rom::unreadableText(error)), true);
         return false;
     }
     if (bytes.size() <= std::size_t(lastOffset)) {

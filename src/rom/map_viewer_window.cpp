@@ -516,7 +516,7 @@ void MapViewerWindow::loadBinFile(bool fromMenu)
 void MapViewerWindow::compareWithBinFile()
 {
     if (viewer_->tab(0).pathBox == QLatin1String(vexorin::rom::kNoFile)) {
-        MessageBoxes::information(this, QStringLiteral("File not loaded. Please load a BIN file first."));
+        MessageBoxes::information(this, QString::fromLatin1(vexorin::rom::kLoadBinFileFirst));
         return;
     }
     const QString path = mCommonDialog::openFileName(this, QString::fromLatin1(vexorin::rom::kBinExtension),

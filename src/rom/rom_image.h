@@ -25,6 +25,10 @@ inline const char* const kFileNotLoaded = "File Not Loaded.";
 inline const char* const kBankNotLoaded = "Register Bank Not Loaded.";
 inline const char* const kCorruptOrWrongSize = "BIN File corrupted or not the correct size.";
 inline const char* const kAppearsCorrupt = "The BIN file appears to be corrupt.";
+// The Map Viewer's word for a command that needs its BIN file.
+inline const char* const kLoadBinFileFirst = "File not loaded. Please load a BIN file first.";
+// A file that could not be read, with the reason.
+inline std::string unreadableText(const std::string& reason) { return "The BIN file could not be read: " + reason; }
 
 constexpr int fileOffsetOfEcu(int ecuAddress) { return ecuAddress - kEcuBase; }
 constexpr int ecuAddressOfFileOffset(int offset) { return offset + kEcuBase; }
