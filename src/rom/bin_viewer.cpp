@@ -26,6 +26,12 @@ BinViewer::BinViewer(int formCount, QObject* parent)
     rebuild();
     writeHeadings(1);
     showBankRange();
+    FileEdits& edits = FileEdits::shared();
+    connect(&edits, &FileEdits::bytesChanged, this, &BinViewer::showFileBytes);
+    connect(&edits, &FileEdits::journalChanged, this, [this](const QString& key) {
+        if (!noFile() && FileEdits::key(path_) == key)
+            emit journalChanged();
+    });
 }
 
 QStringList BinViewer::bankItems()

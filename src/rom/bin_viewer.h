@@ -3,6 +3,7 @@
 // converted values, and single bytes overwritten in edit mode.
 #pragma once
 
+#include "rom/file_edits.h"
 #include "rom/map_decoding.h"
 #include "rom/map_grid.h"
 
@@ -79,6 +80,14 @@ public:
     bool DumpFile_V03();
     bool DumpAlreadySelectedFile();
 
+    // The edit journal of the file, shared with every editor of it.
+    bool canUndo() const;
+    bool canRedo() const;
+    void undo();
+    void redo();
+    FileEdits::Revert revertPlan();
+    void revert(const FileEdits::Revert& plan);
+
     QString nextViewerCaption();
     int nextFormCount() const { return formCount_ + 1; }
     void setYield(std::function<void()> yield) { yield_ = std::move(yield); }
@@ -90,6 +99,8 @@ signals:
     void changed();
     void message(const QString& text, bool exclamation);
     void beep();
+    // Undo and redo may have changed what they can do.
+    void journalChanged();
 
 private:
     void setCell(int row, int column, const QString& text);
@@ -102,6 +113,9 @@ private:
     bool noFile() const;
     void openEditBox(int row, int column);
     void writeBoxToCell();
+    void backupOnEditMode();
+    void showFileBytes(const QString& key, const QVector<long>& offsets);
+    bool fileChosen();
 
     MapGrid grid_;
     QString path_;

@@ -25,7 +25,24 @@ void BinViewer::setEditMode(bool on)
         emit message(QStringLiteral("Edit mode will overwrite the current file. Please make a backup of the current "
                                     "file before using the edit function."),
                      true);
+    if (on)
+        backupOnEditMode();
     emit changed();
+}
+
+void BinViewer::backupOnEditMode()
+{
+    if (noFile())
+        return;
+    const FileEdits::Backup backup = FileEdits::shared().backupOnFirstEdit(path_);
+    if (!backup.first || backup.result.kind == BackupResult::Kind::NotNeeded)
+        return;
+    if (backup.result.kind == BackupResult::Kind::Failed)
+        emit message(QStringLiteral("No backup could be made: %1. Edits go to the file itself.")
+                         .arg(QString::fromStdString(backup.result.error)),
+                     true);
+    else
+        emit message(QStringLiteral("Backup: %1").arg(QString::fromStdString(backup.result.path)), false);
 }
 
 void BinViewer::openEditBox(int row, int column)
@@ -121,9 +138,73 @@ void BinViewer::editBoxFocusLost()
         return;
     // Written every time, changed or not, at the address of the last click.
     const int value = hexValue(boxText_.toStdString()) & 0xFF;
-    std::string error;
-    if (!writeByte(path_.toStdString(), fileOffset_, value, &error))
-        emit message(QStringLiteral("The byte could not be written to the BIN file: %1")
-                         .arg(QString::fromStdString(error)),
-                     true);
+    QString error;
+    if (!FileEdits::shared().write(path_, {{long(fileOffset_), value}}, FileEdits::Views::Keep, &error))
+        emit message(QStringLiteral("The byte could not be written to the BIN file: %1").arg(error), true);
+}
+
+bool BinViewer::fileChosen()
+{
+    if (!noFile())
+        return true;
+    emit message(QString::fromLatin1(kFileNotLoaded), false);
+    return false;
+}
+
+bool BinViewer::canUndo() const
+{
+    return !noFile() && FileEdits::shared().canUndo(path_);
+}
+
+bool BinViewer::canRedo() const
+{
+    return !noFile() && FileEdits::shared().canRedo(path_);
+}
+
+void BinViewer::undo()
+{
+    QString error;
+    if (fileChosen() && !FileEdits::shared().undo(path_, &error))
+        emit message(error, true);
+}
+
+void BinViewer::redo()
+{
+    QString error;
+    if (fileChosen() && !FileEdits::shared().redo(path_, &error))
+        emit message(error, true);
+}
+
+FileEdits::Revert BinViewer::revertPlan()
+{
+    if (!fileChosen())
+        return {};
+    FileEdits::Revert plan = FileEdits::shared().planRevert(path_);
+    if (!plan.refusal.isEmpty())
+        emit message(plan.refusal, false);
+    return plan;
+}
+
+void BinViewer::revert(const FileEdits::Revert& plan)
+{
+    QString error;
+    if (!plan.writes.empty() && !FileEdits::shared().revert(path_, plan, &error))
+        emit message(error, true);
+}
+
+// The bank on view shows what undo, redo and the other editors' block edits wrote.
+void BinViewer::showFileBytes(const QString& key, const QVector<long>& offsets)
+{
+    if (noFile() || FileEdits::key(path_) != key || grid_.text(1, 0).isEmpty())
+        return;
+    std::vector<std::uint8_t> image;
+    if (!readImage(path_.toStdString(), image))
+        return;
+    for (long offset : offsets) {
+        const long low = offset - (first_ - 1);
+        if (low >= 0 && low < kBankSize && std::size_t(offset) < image.size()) {
+            const Cell cell = cellOfLow(int(low));
+            setCell(cell.row, cell.column, QString::fromStdString(hexByte(image[std::size_t(offset)])));
+        }
+    }
 }

@@ -1,6 +1,7 @@
 #include "rom/bin_viewer_window.h"
 
 #include "rom/bin_viewer.h"
+#include "rom/journal_menu_window.h"
 #include "rom/hex_chart_window.h"
 #include "rom/map_grid_widget.h"
 #include "rom/rom_image.h"
@@ -180,6 +181,7 @@ BinViewerWindow::BinViewerWindow(int formCount, QWidget* parent)
     connect(&v, &BinViewer::gridReset, this, [this] { grid_->showGrid(viewer_->grid()); });
     connect(&v, &BinViewer::cellChanged, this, [this](int r, int c) { grid_->showCell(viewer_->grid(), r, c); });
     connect(&v, &BinViewer::changed, this, &BinViewerWindow::refresh);
+    connect(&v, &BinViewer::journalChanged, this, &BinViewerWindow::refresh);
     connect(&v, &BinViewer::beep, this, [] { QApplication::beep(); });
     connect(&v, &BinViewer::message, this, [this](const QString& text, bool exclamation) {
         if (exclamation)
@@ -243,6 +245,7 @@ void BinViewerWindow::buildMenus()
     QMenu* file = bar->addMenu(tr("File"));
     add(file, "OpenBINFile", "Open BIN File", [this] { openBinFile(); });
     add(file, "Exit", "Exit", [this] { exitViewer(); });
+    addJournalItems(bar->addMenu(tr("Edit")), this, *viewer_);
     QMenu* tools = bar->addMenu(tr("Tools"));
     QAction* tips = add(tools, "ToolTipEnabled", "Tool Tip Enabled", [this](bool on) { viewer_->setToolTipEnabled(on); });
     tips->setCheckable(true);
@@ -268,6 +271,7 @@ void BinViewerWindow::refresh()
     grid_->setEnabled(v.grid().enabled);
     grid_->setToolTip(v.gridToolTip());
     regions_->setToolTip(v.listToolTip());
+    updateJournalItems(this, v, v.pathBox() != QLatin1String(vexorin::rom::kNoFile));
     placeEditBox();
 }
 

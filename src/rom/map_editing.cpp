@@ -44,6 +44,7 @@ void MapViewer::editModeOff(int t)
     tab.textValue.clear();
     tab.origVal.clear();
     tab.textValueColor.reset();
+    tab.selection.reset();
     emit tabChanged(t);
 }
 
@@ -70,6 +71,7 @@ void MapViewer::setEditMode(int t, bool on)
     }
     tab.editMode = true;
     emit message(kEditWarning, true);
+    backupOnEditMode(t);
     tab.grid.row = 1;
     tab.grid.column = 16;
     placeOverlay(t, 1, 16);
@@ -116,6 +118,13 @@ void MapViewer::selectCell(int t, int row, int column)
         placeOverlay(t, row, column);
     else
         tab.overlayVisible = false;
+    // A body cell starts a new block selection; a heading is never part of one.
+    tab.selection.reset();
+    if (tab.editMode && row > 0 && column > 0) {
+        tab.anchorRow = tab.endRow = row;
+        tab.anchorColumn = tab.endColumn = column;
+        tab.selection = MapSelection::between(row, column, row, column);
+    }
     emit tabChanged(t);
 }
 
@@ -136,13 +145,12 @@ void MapViewer::step(int t, bool up)
 bool MapViewer::writeAtPosition(int t, int value)
 {
     mutableTab(t).byteValueWhenChanged = QString::number(value);
-    std::string error;
-    if (!writeByte(tab(t).pathBox.toStdString(), long(bytePosition_) - 1, value, &error)) {
+    // The spin steps show their own figures (other viewers of the file keep theirs).
+    if (!FileEdits::shared().write(tab(t).pathBox, {{long(bytePosition_) - 1, value}}, FileEdits::Views::Keep)) {
         emit message(QString::fromLatin1(kAppearsCorrupt), true);
         return false;
     }
-    trace_.refreshTables();  // a scale, the VQ curve or the K value may have changed
-    markDifferences();
+    fileBytesChanged();
     return true;
 }
 

@@ -2,6 +2,7 @@
 #include "ui/twips.h"
 
 #include <QHeaderView>
+#include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
 
@@ -119,6 +120,27 @@ QRect MapGridWidget::cellRect(int row, int column, const QWidget* ancestor) cons
 
 const QColor MapGridWidget::kTraceColor(0xA0, 0x00, 0xC0);
 const QColor MapGridWidget::kCompareColor(0xFF, 0x8C, 0x00);
+const QColor MapGridWidget::kSelectionColor(0x10, 0x30, 0x90);
+
+void MapGridWidget::setSelection(const std::optional<vexorin::rom::MapSelection>& selection)
+{
+    if (selection == selection_)
+        return;
+    selection_ = selection;
+    viewport()->update();
+}
+
+void MapGridWidget::mouseMoveEvent(QMouseEvent* e)
+{
+    QTableWidget::mouseMoveEvent(e);
+    if (!(e->buttons() & Qt::LeftButton))
+        return;
+    const QModelIndex cell = indexAt(e->position().toPoint());
+    if (cell.isValid() && cell != dragCell_) {
+        dragCell_ = cell;
+        emit dragged(cell.row(), cell.column());
+    }
+}
 
 void MapGridWidget::setTraceMarks(const TraceMarks& marks)
 {
@@ -156,9 +178,20 @@ void MapGridWidget::paintEvent(QPaintEvent* e)
 {
     QTableWidget::paintEvent(e);
     const bool tracing = trace_.on && trace_.row > 0;
-    if (!tracing && !anyCompared_)
+    if (!tracing && !anyCompared_ && !selection_)
         return;
     QPainter painter(viewport());
+    if (selection_) {
+        const QRect box = cellBox(selection_->top, selection_->left).united(cellBox(selection_->bottom, selection_->right));
+        QColor tint = kSelectionColor;
+        tint.setAlphaF(0.22);
+        painter.fillRect(box, tint);
+        QPen border(kSelectionColor);
+        border.setWidth(2);
+        border.setJoinStyle(Qt::MiterJoin);
+        painter.setPen(border);
+        painter.drawRect(box.adjusted(1, 1, -1, -1));
+    }
     if (anyCompared_)
         paintCompare(painter);
     if (tracing)

@@ -1,10 +1,12 @@
 // A map on screen: a 17 by 17 table whose row 0 and column 0 are headings.
 #pragma once
 
+#include "rom/map_block.h"
 #include "rom/map_grid.h"
 #include "rom/map_trace.h"
 
 #include <QTableWidget>
+#include <optional>
 
 class MapGridWidget : public QTableWidget {
     Q_OBJECT
@@ -36,9 +38,18 @@ public:
     bool compareMarked(int row, int column) const;
     void setTraceMarks(const TraceMarks& marks);
     const TraceMarks& traceMarks() const { return trace_; }
+    // The block selection: a tinted rectangle with a dark border.
+    static const QColor kSelectionColor;
+    void setSelection(const std::optional<vexorin::rom::MapSelection>& selection);
+    const std::optional<vexorin::rom::MapSelection>& selection() const { return selection_; }
+
+signals:
+    // The mouse, its left button held, moved onto another cell.
+    void dragged(int row, int column);
 
 protected:
     void paintEvent(QPaintEvent* e) override;
+    void mouseMoveEvent(QMouseEvent* e) override;
 
 private:
     void paintTrace(QPainter& painter) const;
@@ -47,6 +58,8 @@ private:
     bool anyCompared_ = false;
     QRect cellBox(int row, int column) const;
     TraceMarks trace_;
+    std::optional<vexorin::rom::MapSelection> selection_;
+    QModelIndex dragCell_;
     Qt::Alignment alignmentOf(int row, int column) const;
     Qt::Alignment corner_ = Qt::AlignCenter;
     Qt::Alignment headingColumn_ = Qt::AlignCenter;

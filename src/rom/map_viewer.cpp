@@ -7,9 +7,7 @@ using namespace vexorin::rom;
 const QString MapViewer::kCaption = QStringLiteral("Vexorin Map Viewer/Editor");
 const QString MapViewer::kRestStatus = QStringLiteral("Map Status");
 
-namespace {
-const QString kViewingFile = QStringLiteral("Viewing : BIN File Data");
-}
+const QString MapViewer::kViewingFile = QStringLiteral("Viewing : BIN File Data");
 
 MapViewer::MapViewer(ConsultSession& session, int formCount, QObject* parent)
     : QObject(parent),
@@ -43,6 +41,12 @@ MapViewer::MapViewer(ConsultSession& session, int formCount, QObject* parent)
             setStatus(kRestStatus);
     });
     connect(&trace_, &MapTrace::message, this, [this](const QString& text) { emit message(text, false); });
+    FileEdits& edits = FileEdits::shared();
+    connect(&edits, &FileEdits::bytesChanged, this, &MapViewer::showFileBytes);
+    connect(&edits, &FileEdits::journalChanged, this, [this](const QString& key) {
+        if (filePath() != QLatin1String(kNoFile) && FileEdits::key(filePath()) == key)
+            emit journalChanged();
+    });
 }
 
 void MapViewer::showTrace()

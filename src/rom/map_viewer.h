@@ -3,6 +3,8 @@
 // edit mode with each step written to the file at once.
 #pragma once
 
+#include "rom/file_edits.h"
+#include "rom/map_block.h"
 #include "rom/map_decoding.h"
 #include "rom/map_grid.h"
 #include "rom/map_read_walk.h"
@@ -28,6 +30,7 @@ public:
     static constexpr int kProgressMaximum = 255;
     static const QString kCaption;
     static const QString kRestStatus;
+    static const QString kViewingFile;  // a tab that shows the BIN file
 
     // What each tab shows beside its grid.
     struct Tab {
@@ -51,6 +54,11 @@ public:
         // Compare: per cell, empty or "B: <what the other file's byte shows>".
         std::array<QString, MapGrid::kSize * MapGrid::kSize> compareTips;
         QString compareTip(int row, int column) const { return compareTips[std::size_t(row * MapGrid::kSize + column)]; }
+        // The rectangle of body cells the block edits work on (edit mode only):
+        // from the anchor, where it began, to the moving end.
+        std::optional<vexorin::rom::MapSelection> selection;
+        int anchorRow = 1, anchorColumn = 1;
+        int endRow = 1, endColumn = 1;
     };
 
     using MapReadState = vexorin::rom::MapReadState;
@@ -117,6 +125,27 @@ public:
     void spinUp(int tab) { step(tab, true); }
     void spinDown(int tab) { step(tab, false); }
 
+    // The rectangle from the tab's anchor cell to a body cell (a drag, Shift+arrows).
+    void extendSelection(int tab, int row, int column);
+    // Typed figures: the figure in its own units for the tab's selected cell or
+    // heading, written as one byte. False (and a message) when refused.
+    bool typeFigure(int tab, const QString& text);
+    vexorin::rom::FigureKind figureKind(int tab, int row, int column) const;
+    // Block edits on the tab's selection: the plan for the preview, then its writes.
+    // An empty plan (and a message) when refused.
+    std::vector<vexorin::rom::BlockCell> planBlock(int tab, vexorin::rom::BlockOp op, double value = 0);
+    bool applyBlock(int tab, const std::vector<vexorin::rom::BlockCell>& cells);
+    bool blockEditAllowed(int tab) const { return this->tab(tab).editMode && this->tab(tab).selection.has_value(); }
+
+    // The edit journal of the loaded file, shared with every editor of it.
+    QString filePath() const;
+    bool canUndo() const;
+    bool canRedo() const;
+    void undo();
+    void redo();
+    FileEdits::Revert revertPlan();
+    void revert(const FileEdits::Revert& plan);
+
     // Called after every cell of a file load so that the window stays alive.
     void setYield(std::function<void()> yield) { yield_ = std::move(yield); }
     // The pause before a read step empties the input (tests use 0).
@@ -139,6 +168,8 @@ signals:
     // `exclamation`: the box carries the exclamation icon.
     void message(const QString& text, bool exclamation);
     void beep();
+    // Undo and redo may have changed what they can do.
+    void journalChanged();
 
 private:
     Tab& mutableTab(int index) { return tabs_[std::size_t(index)]; }
@@ -171,6 +202,12 @@ private:
     void stepRpm(int tab, bool up);
     void stepCell(int tab, bool up);
     bool writeAtPosition(int tab, int value);
+    bool hasFile();
+    bool writeFigureByte(int tab, int position, int value);
+    void showFileBytes(const QString& key, const QVector<long>& offsets);
+    void fileBytesChanged();
+    void backupOnEditMode(int tab);
+    void showEditedCell(int tab);
 
     void showTrace();
     bool markDifferences();

@@ -1,5 +1,6 @@
 #include "rom/map_viewer_window.h"
 
+#include "rom/block_preview_window.h"
 #include "rom/map_grid_widget.h"
 #include "rom/map_surface_window.h"
 #include "rom/map_viewer.h"
@@ -8,6 +9,7 @@
 #include "ui/event_loop_yield.h"
 #include "ui/layout_audit.h"
 #include "ui/message_box.h"
+#include "ui/number_prompt.h"
 #include "ui/owned_dialogs.h"
 #include "ui/plain_text.h"
 #include "ui/twips.h"
@@ -28,6 +30,7 @@
 #include <QMenuBar>
 #include <QPointer>
 #include <QProgressBar>
+#include <QRegularExpressionValidator>
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTabWidget>
@@ -121,6 +124,8 @@ MapViewerWindow::MapViewerWindow(ConsultSession& session, int formCount, QWidget
             placeOverlay(t);
     });
     connect(&mv, &MapViewer::tabChanged, this, &MapViewerWindow::refreshTab);
+    connect(&mv, &MapViewer::journalChanged, this, &MapViewerWindow::updateEditActions);
+    connect(&mv, &MapViewer::currentTabChanged, this, &MapViewerWindow::updateEditActions);
     connect(&mv, &MapViewer::statusChanged, this, &MapViewerWindow::refreshStatus);
     connect(&mv, &MapViewer::beep, this, [] { QApplication::beep(); });
     connect(&mv, &MapViewer::message, this, [this](const QString& text, bool exclamation) {
@@ -165,6 +170,15 @@ QList<MapViewerWindow*> MapViewerWindow::family() const
 
 bool MapViewerWindow::eventFilter(QObject* watched, QEvent* event)
 {
+    for (int b = 0; b < MapViewer::kTabs; ++b) {
+        if (watched != pages_[std::size_t(b)].overlayBox)
+            continue;
+        if (event->type() == QEvent::FocusOut && typingFigure(b))
+            endFigure(b, false);  // a figure is written by Enter only
+        else if (event->type() == QEvent::KeyPress && typingFigure(b))
+            return figureBoxKey(b, *static_cast<QKeyEvent*>(event));
+        return QWidget::eventFilter(watched, event);
+    }
     if (event->type() != QEvent::KeyPress)
         return QWidget::eventFilter(watched, event);
     int t = 0;
@@ -185,9 +199,30 @@ bool MapViewerWindow::gridKey(int t, const QKeyEvent& key)
             key.key() == Qt::Key_Up ? viewer_->spinUp(t) : viewer_->spinDown(t);
         return true;
     }
+    const auto arrow = [&key](int& dr, int& dc) {
+        dr = key.key() == Qt::Key_Up ? -1 : key.key() == Qt::Key_Down ? 1 : 0;
+        dc = key.key() == Qt::Key_Left ? -1 : key.key() == Qt::Key_Right ? 1 : 0;
+        return dr != 0 || dc != 0;
+    };
+    int dr = 0, dc = 0;
+    if (key.modifiers() == Qt::ShiftModifier && arrow(dr, dc)) {
+        // Shift+arrows stretch the block selection from its anchor.
+        if (tab.selection)
+            viewer_->extendSelection(t, qBound(1, tab.endRow + dr, 16), qBound(1, tab.endColumn + dc, 16));
+        return true;
+    }
     if (key.modifiers() != Qt::NoModifier && key.modifiers() != Qt::KeypadModifier)
         return false;
-    int dr = 0, dc = 0;
+    if (tab.editMode && tab.overlayVisible) {
+        if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) {
+            startFigure(t, tab.grid.text(tab.overlayRow, tab.overlayColumn));
+            return true;
+        }
+        if (key.text().size() == 1 && QStringLiteral("0123456789.-").contains(key.text())) {
+            startFigure(t, key.text());
+            return true;
+        }
+    }
     switch (key.key()) {
     case Qt::Key_Up: dr = -1; break;
     case Qt::Key_Down: dr = 1; break;
@@ -223,6 +258,8 @@ void MapViewerWindow::buildMenus(QWidget* holder)
     };
     QMenu* file = menuBar->addMenu(tr("&File"));
     add(file, "Exit", "Exit", [this] { exitViewer(); });
+
+    buildEditMenu(menuBar);
 
     QMenu* options = menuBar->addMenu(tr("&Options"));
     add(options, "DownloadMapData", "Download Map Data", [this] { viewer_->DownloadMapData(); });
@@ -269,9 +306,17 @@ QWidget* MapViewerWindow::buildPage(int t)
     p.grid->setObjectName(numbered("MapGrid", t));
     p.grid->setFixedSize(p.grid->sizeHint());
     left->addWidget(p.grid);
-    connect(p.grid, &QTableWidget::cellClicked, this, [this, t](int r, int c) {
+    connect(p.grid, &QTableWidget::cellPressed, this, [this, t](int r, int c) { gridPressed(t, r, c); });
+    connect(p.grid, &MapGridWidget::dragged, this, [this, t](int r, int c) {
         if (viewer_->tab(t).grid.enabled)
-            viewer_->selectCell(t, r, c);
+            viewer_->extendSelection(t, r, c);
+    });
+    p.grid->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(p.grid, &QWidget::customContextMenuRequested, this, [this, t](const QPoint& at) {
+        QMenu menu(this);
+        for (const char* name : {"SetTo", "Add", "ScaleBy", "Interpolate", "Smooth"})
+            menu.addAction(action(QLatin1String(name)));
+        menu.exec(pages_[std::size_t(t)].grid->viewport()->mapToGlobal(at));
     });
     // By keyboard: the arrows move the selected cell, Ctrl+Up and Ctrl+Down step its value.
     p.grid->setFocusPolicy(Qt::StrongFocus);
@@ -416,6 +461,10 @@ QWidget* MapViewerWindow::buildPage(int t)
     p.overlayBox->setReadOnly(true);
     p.overlayBox->setAlignment(Qt::AlignCenter);
     p.overlayBox->setFrame(false);
+    // Typed figures: digits, one point, a leading minus.
+    p.overlayBox->setValidator(new QRegularExpressionValidator(
+        QRegularExpression(QStringLiteral("-?[0-9]{0,5}(\\.[0-9]{0,3})?")), p.overlayBox));
+    p.overlayBox->installEventFilter(this);
     p.overlay->hide();
     return p.widget;
 }
@@ -445,6 +494,8 @@ void MapViewerWindow::refreshTab(int t)
     p.byteDisplayed->setText(tab.byteValueDisplayed);
     p.byteChanged->setText(tab.byteValueWhenChanged);
     placeOverlay(t);
+    showSelection(t);
+    updateEditActions();
 }
 
 void MapViewerWindow::placeOverlay(int t)
@@ -460,7 +511,8 @@ void MapViewerWindow::placeOverlay(int t)
     constexpr int border = 2;
     p.overlay->setGeometry(cell.adjusted(-border, -border, border, border));
     p.overlayBox->setGeometry(border, border, cell.width(), cell.height());
-    p.overlayBox->setText(tab.grid.text(tab.overlayRow, tab.overlayColumn));
+    if (!typingFigure(t))
+        p.overlayBox->setText(tab.grid.text(tab.overlayRow, tab.overlayColumn));
     const auto color = tab.grid.color(tab.overlayRow, tab.overlayColumn);
     setBack(p.overlayBox, color);
     p.overlay->show();

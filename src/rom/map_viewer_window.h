@@ -2,6 +2,8 @@
 // bar over its second panel, loading from a BIN file or the ECU, and editing.
 #pragma once
 
+#include "rom/map_block.h"
+
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
@@ -19,6 +21,8 @@ class QKeyEvent;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
+class QMenu;
+class QMenuBar;
 class QProgressBar;
 class QPushButton;
 class QTabWidget;
@@ -51,6 +55,13 @@ public:
     void compareWithBinFile();
     // "3D View" of a tab: its window, brought up again if it is open.
     MapSurfaceWindow* show3dView(int tab);
+    // A block edit of the Edit menu on the tab on view: a prompt, the
+    // preview, then the writes.
+    void blockEdit(vexorin::rom::BlockOp op);
+    // A typed figure over the tab's selected cell: the box opens with `text`;
+    // Enter writes, Esc cancels.
+    void startFigure(int tab, const QString& text);
+    bool typingFigure(int tab) const;
     // "Save Snapshot".
     void saveSnapshot();
     // "Open New Viewer": the new window, shown without blocking.
@@ -71,6 +82,12 @@ protected:
 
 private:
     bool gridKey(int tab, const QKeyEvent& key);
+    bool figureBoxKey(int tab, const QKeyEvent& key);
+    void endFigure(int tab, bool write);
+    void buildEditMenu(QMenuBar* menuBar);
+    void updateEditActions();
+    void showSelection(int tab);
+    void gridPressed(int tab, int row, int column);
     struct Page {
         QWidget* widget = nullptr;
         MapGridWidget* grid = nullptr;

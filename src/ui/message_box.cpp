@@ -63,6 +63,34 @@ void critical(QWidget* parent, const QString& text, const QString& title)
     show(parent, text, title, QMessageBox::Critical);
 }
 
+Answerer& answerer()
+{
+    static Answerer a;
+    return a;
+}
+
+bool question(QWidget* parent, const QString& text)
+{
+    if (answerer())
+        return answerer()(text);
+    QPointer<QMessageBox> box = new QMessageBox(QMessageBox::Question, QStringLiteral("Vexorin"), text,
+                                                QMessageBox::Yes | QMessageBox::No, parent);
+    box->setTextFormat(Qt::PlainText);
+    box->setDefaultButton(QMessageBox::No);
+    int answer = QMessageBox::No;
+    {
+        const vexorin::ui::DialogWait wait(parent);
+        answer = box->exec();
+    }
+    delete box.data();
+    return answer == QMessageBox::Yes;
+}
+
+void setQuestionAnswerer(Answerer a)
+{
+    answerer() = std::move(a);
+}
+
 void setPresenter(Presenter p)
 {
     presenter() = std::move(p);

@@ -21,8 +21,14 @@ void notify(QWidget* parent, const QString& text);
 // A title of its own and the critical icon.
 void critical(QWidget* parent, const QString& text, const QString& title);
 
+// A question with the buttons Yes and No (title "Vexorin"): true for Yes.
+bool question(QWidget* parent, const QString& text);
+
 using Presenter = std::function<void(const QString& text, const QString& title, bool critical)>;
 // Replaces the boxes (an empty presenter restores them).
 void setPresenter(Presenter presenter);
+// Answers the questions instead of a person (an empty function restores the boxes).
+using Answerer = std::function<bool(const QString& text)>;
+void setQuestionAnswerer(Answerer answerer);
 
 }  // namespace MessageBoxes

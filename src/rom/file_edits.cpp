@@ -1,0 +1,112 @@
+#include "rom/file_edits.h"
+
+#include <QFileInfo>
+
+using namespace vexorin::rom;
+
+FileEdits& FileEdits::shared()
+{
+    static FileEdits edits;
+    return edits;
+}
+
+QString FileEdits::key(const QString& path)
+{
+    const QFileInfo info(path);
+    const QString canonical = info.canonicalFilePath();
+    return canonical.isEmpty() ? info.absoluteFilePath() : canonical;
+}
+
+bool FileEdits::finish(const QString& path, const WriteResult& result, Views views, QString* error)
+{
+    const QString k = key(path);
+    if (!result.changed.empty()) {
+        if (views == Views::Refresh)
+            emit bytesChanged(k, QVector<long>(result.changed.begin(), result.changed.end()));
+        emit journalChanged(k);
+    }
+    if (!result.ok && error)
+        *error = QString::fromStdString(result.error);
+    return result.ok;
+}
+
+bool FileEdits::write(const QString& path, const ByteWrites& writes, Views views, QString* error)
+{
+    return finish(path, writeBytes(path.toStdString(), writes, journals_[key(path)]), views, error);
+}
+
+bool FileEdits::undo(const QString& path, QString* error)
+{
+    return finish(path, undoStep(path.toStdString(), journals_[key(path)]), Views::Refresh, error);
+}
+
+bool FileEdits::redo(const QString& path, QString* error)
+{
+    return finish(path, redoStep(path.toStdString(), journals_[key(path)]), Views::Refresh, error);
+}
+
+bool FileEdits::canUndo(const QString& path) const
+{
+    const auto it = journals_.constFind(key(path));
+    return it != journals_.constEnd() && it->canUndo();
+}
+
+bool FileEdits::canRedo(const QString& path) const
+{
+    const auto it = journals_.constFind(key(path));
+    return it != journals_.constEnd() && it->canRedo();
+}
+
+FileEdits::Backup FileEdits::backupOnFirstEdit(const QString& path)
+{
+    Backup backup;
+    const QString k = key(path);
+    if (backedUp_.contains(k))
+        return backup;
+    backup.first = true;
+    backup.result = makeBackup(path.toStdString());
+    // A failed copy is tried again at the next switch into edit mode.
+    if (backup.result.kind != BackupResult::Kind::Failed)
+        backedUp_.insert(k);
+    return backup;
+}
+
+FileEdits::Revert FileEdits::planRevert(const QString& path) const
+{
+    Revert revert;
+    const std::string backupPath = backupPathFor(path.toStdString());
+    const RevertPlan plan = vexorin::rom::planRevert(path.toStdString(), backupPath);
+    switch (plan.kind) {
+    case RevertPlan::Kind::NoBackup:
+        revert.refusal = QStringLiteral("No backup of this file exists.");
+        break;
+    case RevertPlan::Kind::LengthDiffers:
+        revert.refusal = QStringLiteral("The backup is not the same length as the file.");
+        break;
+    case RevertPlan::Kind::Unreadable:
+        revert.refusal = QStringLiteral("The BIN file could not be read: %1").arg(QString::fromStdString(plan.error));
+        break;
+    case RevertPlan::Kind::Ready:
+        if (plan.writes.empty()) {
+            revert.refusal = QStringLiteral("The file is the same as its backup.");
+        } else {
+            revert.question = QStringLiteral("Write back %1 bytes from %2?")
+                                  .arg(plan.writes.size())
+                                  .arg(QString::fromStdString(backupPath));
+            revert.writes = plan.writes;
+        }
+        break;
+    }
+    return revert;
+}
+
+bool FileEdits::revert(const QString& path, const Revert& plan, QString* error)
+{
+    return write(path, plan.writes, Views::Refresh, error);
+}
+
+void FileEdits::forgetAll()
+{
+    journals_.clear();
+    backedUp_.clear();
+}
