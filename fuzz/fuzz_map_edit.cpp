@@ -41,6 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!vexorin::files::WriteBytes(path, file, nullptr))
         return 0;
 
+    FileEdits::shared().forgetAll();  // the journal of one input, not of the whole run
     MapViewer viewer(rig->session);
     viewer.LoadBinFile(QString::fromStdString(path));
     int tab = 0;
