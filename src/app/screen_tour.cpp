@@ -13,6 +13,7 @@
 #include "rom/bin_compare_view.h"
 #include "rom/bin_compare_window.h"
 #include "rom/bin_viewer_window.h"
+#include "rom/block_preview_window.h"
 #include "rom/map_surface_window.h"
 #include "rom/map_viewer.h"
 #include "rom/map_viewer_window.h"
@@ -37,6 +38,8 @@
 #include <QTabWidget>
 #include <QTimer>
 #include <vector>
+
+using vexorin::rom::BlockOp;
 
 namespace {
 QAbstractButton* buttonIn(QWidget* w, const QString& caption)
@@ -308,9 +311,31 @@ bool ScreenTour::run(const Visitor& visit)
                  edit->click();
              return static_cast<QWidget*>(w);
          }},
+        {"map-viewer-block-preview", 300, [=] {
+             // A block of the fuel map made richer by half a ratio: the preview first.
+             MapViewerWindow* w = window_.mapViewerWindow();
+             if (!w)
+                 return static_cast<QWidget*>(nullptr);
+             w->viewer().selectCell(0, 6, 7);
+             w->viewer().extendSelection(0, 11, 12);
+             auto* preview = w->blockPreview(0, BlockOp::Add, w->viewer().planBlock(0, BlockOp::Add, -0.5));
+             preview->setAttribute(Qt::WA_DeleteOnClose);
+             preview->show();
+             return static_cast<QWidget*>(preview);
+         }},
+        {"map-viewer-edit-session", 300, [=] {
+             MapViewerWindow* w = window_.mapViewerWindow();
+             if (auto* preview = topLevel(QStringLiteral("BlockPreview")))
+                 preview->close();
+             if (w)
+                 w->viewer().applyBlock(0, w->viewer().planBlock(0, BlockOp::Add, -0.5));
+             return static_cast<QWidget*>(w);
+         }},
         {"map-viewer-live-trace", 1800, [=] {
              stopMonitor();
              MapViewerWindow* w = window_.mapViewerWindow();
+             if (w)
+                 w->viewer().undo();  // the file as it was, for the pictures that follow
              if (auto* edit = w ? w->findChild<QCheckBox*>(QStringLiteral("EditMode1")) : nullptr)
                  if (edit->isChecked())
                      edit->click();

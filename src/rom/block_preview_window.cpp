@@ -85,15 +85,14 @@ BlockPreviewWindow::BlockPreviewWindow(const QString& operation, FigureKind kind
     v->addWidget(buttons);
 }
 
-bool BlockPreviewWindow::confirm(QWidget* parent, const QString& operation, FigureKind kind,
-                                 const std::vector<BlockCell>& cells, const QStringList& rpm, const QStringList& tp)
+bool BlockPreviewWindow::confirm(BlockPreviewWindow* shown)
 {
-    QPointer<BlockPreviewWindow> preview = new BlockPreviewWindow(operation, kind, cells, rpm, tp, parent);
+    QPointer<BlockPreviewWindow> preview = shown;
     bool ok = false;
     if (answerer()) {
         ok = answerer()(*preview);
     } else {
-        const vexorin::ui::DialogWait wait(parent);
+        const vexorin::ui::DialogWait wait(preview->parentWidget());
         ok = preview->exec() == QDialog::Accepted;
     }
     delete preview.data();

@@ -26,10 +26,8 @@ public:
     QTableWidget* table() const { return table_; }
     QLabel* summary() const { return summary_; }
 
-    // Shows the preview and waits: true for OK.
-    static bool confirm(QWidget* parent, const QString& operation, vexorin::rom::FigureKind kind,
-                        const std::vector<vexorin::rom::BlockCell>& cells, const QStringList& rpm,
-                        const QStringList& tp);
+    // Shows the preview and waits: true for OK. The preview is deleted after.
+    static bool confirm(BlockPreviewWindow* preview);
     // Answers instead of a person, given the preview shown (an empty function restores the dialog).
     using Answerer = std::function<bool(BlockPreviewWindow& preview)>;
     static void setAnswerer(Answerer answerer);

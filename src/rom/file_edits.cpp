@@ -17,8 +17,10 @@ QString FileEdits::key(const QString& path)
     return canonical.isEmpty() ? info.absoluteFilePath() : canonical;
 }
 
-bool FileEdits::finish(const QString& path, const WriteResult& result, Views views, QString* error)
+bool FileEdits::finish(const QString& path, const WriteResult& result, Views views, QString* error, int* bytes)
 {
+    if (bytes)
+        *bytes = int(result.changed.size());
     const QString k = key(path);
     if (!result.changed.empty()) {
         if (views == Views::Refresh)
@@ -35,14 +37,14 @@ bool FileEdits::write(const QString& path, const ByteWrites& writes, Views views
     return finish(path, writeBytes(path.toStdString(), writes, journals_[key(path)]), views, error);
 }
 
-bool FileEdits::undo(const QString& path, QString* error)
+bool FileEdits::undo(const QString& path, QString* error, int* bytes)
 {
-    return finish(path, undoStep(path.toStdString(), journals_[key(path)]), Views::Refresh, error);
+    return finish(path, undoStep(path.toStdString(), journals_[key(path)]), Views::Refresh, error, bytes);
 }
 
-bool FileEdits::redo(const QString& path, QString* error)
+bool FileEdits::redo(const QString& path, QString* error, int* bytes)
 {
-    return finish(path, redoStep(path.toStdString(), journals_[key(path)]), Views::Refresh, error);
+    return finish(path, redoStep(path.toStdString(), journals_[key(path)]), Views::Refresh, error, bytes);
 }
 
 bool FileEdits::canUndo(const QString& path) const

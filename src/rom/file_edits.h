@@ -29,8 +29,9 @@ public:
     // Writes the bytes, one byte per write, and journals those that changed
     // as one step. False with the reason when a write failed.
     bool write(const QString& path, const vexorin::rom::ByteWrites& writes, Views views, QString* error = nullptr);
-    bool undo(const QString& path, QString* error = nullptr);
-    bool redo(const QString& path, QString* error = nullptr);
+    // `bytes`: how many were written back or again.
+    bool undo(const QString& path, QString* error = nullptr, int* bytes = nullptr);
+    bool redo(const QString& path, QString* error = nullptr, int* bytes = nullptr);
     bool canUndo(const QString& path) const;
     bool canRedo(const QString& path) const;
 
@@ -62,7 +63,8 @@ signals:
     void journalChanged(const QString& key);
 
 private:
-    bool finish(const QString& path, const vexorin::rom::WriteResult& result, Views views, QString* error);
+    bool finish(const QString& path, const vexorin::rom::WriteResult& result, Views views, QString* error,
+                int* bytes = nullptr);
     QHash<QString, vexorin::rom::EditJournal> journals_;
     QSet<QString> backedUp_;
 };

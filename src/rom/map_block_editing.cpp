@@ -140,6 +140,8 @@ bool MapViewer::applyBlock(int t, const std::vector<BlockCell>& cells)
         emit message(QStringLiteral("The byte could not be written to the BIN file: %1").arg(error), true);
         return false;
     }
+    setStatus(writes.size() == 1 ? QStringLiteral("1 cell changed. Ctrl+Z takes it back.")
+                                 : QStringLiteral("%1 cells changed. Ctrl+Z takes them back.").arg(writes.size()));
     return true;
 }
 
@@ -156,15 +158,29 @@ bool MapViewer::canRedo() const
 void MapViewer::undo()
 {
     QString error;
-    if (hasFile() && !FileEdits::shared().undo(filePath(), &error))
+    int bytes = 0;
+    if (!hasFile())
+        return;
+    if (!FileEdits::shared().undo(filePath(), &error, &bytes))
         emit message(error, true);
+    else if (bytes > 0)
+        setStatus(QStringLiteral("Undo: %1 %2 written back. Ctrl+Y does it again.")
+                      .arg(bytes)
+                      .arg(bytes == 1 ? QStringLiteral("byte") : QStringLiteral("bytes")));
 }
 
 void MapViewer::redo()
 {
     QString error;
-    if (hasFile() && !FileEdits::shared().redo(filePath(), &error))
+    int bytes = 0;
+    if (!hasFile())
+        return;
+    if (!FileEdits::shared().redo(filePath(), &error, &bytes))
         emit message(error, true);
+    else if (bytes > 0)
+        setStatus(QStringLiteral("Redo: %1 %2 written again.")
+                      .arg(bytes)
+                      .arg(bytes == 1 ? QStringLiteral("byte") : QStringLiteral("bytes")));
 }
 
 FileEdits::Revert MapViewer::revertPlan()
@@ -202,8 +218,10 @@ void MapViewer::showFileBytes(const QString& key, const QVector<long>& offsets)
             setCell(t, cell->row, cell->column, QString::fromStdString(figureText(kind, byte)));
             if (cell->row > 0 && cell->column > 0)
                 setCellColor(t, cell->row, cell->column, mapByteColor(kMaps[std::size_t(t)].fuel, byte));
-            if (offset == bytePosition_ - 1)
+            if (offset == bytePosition_ - 1) {
                 currentByte_ = byte;
+                mutableTab(t).byteValueDisplayed = QString::number(byte);
+            }
         }
         showEditedCell(t);
     }

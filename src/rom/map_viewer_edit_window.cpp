@@ -89,7 +89,6 @@ void MapViewerWindow::blockEdit(BlockOp op)
     if (!viewer_->blockEditAllowed(t))
         return;
     const bool fuel = kMaps[std::size_t(t)].fuel;
-    const FigureKind kind = fuel ? FigureKind::Fuel : FigureKind::Timing;
     const QString title = titleOf(op);
     QPointer<MapViewerWindow> self(this);
     double value = 0;
@@ -109,14 +108,20 @@ void MapViewerWindow::blockEdit(BlockOp op)
     const std::vector<vexorin::rom::BlockCell> plan = viewer_->planBlock(t, op, value);
     if (plan.empty())
         return;
+    const bool ok = BlockPreviewWindow::confirm(blockPreview(t, op, plan));
+    if (self && ok)
+        viewer_->applyBlock(t, plan);
+}
+
+BlockPreviewWindow* MapViewerWindow::blockPreview(int t, BlockOp op, const std::vector<vexorin::rom::BlockCell>& plan)
+{
     QStringList rpm, tp;
     for (int i = 0; i < MapGrid::kSize; ++i) {
         rpm << viewer_->tab(t).grid.text(i, 0);
         tp << viewer_->tab(t).grid.text(0, i);
     }
-    const bool ok = BlockPreviewWindow::confirm(this, title, kind, plan, rpm, tp);
-    if (self && ok)
-        viewer_->applyBlock(t, plan);
+    const FigureKind kind = kMaps[std::size_t(t)].fuel ? FigureKind::Fuel : FigureKind::Timing;
+    return new BlockPreviewWindow(titleOf(op), kind, plan, rpm, tp, this);
 }
 
 bool MapViewerWindow::typingFigure(int t) const

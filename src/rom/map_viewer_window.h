@@ -10,6 +10,7 @@
 #include <memory>
 #include <array>
 
+class BlockPreviewWindow;
 class ConsultSession;
 class MapGridWidget;
 class MapSurfaceWindow;
@@ -58,6 +59,9 @@ public:
     // A block edit of the Edit menu on the tab on view: a prompt, the
     // preview, then the writes.
     void blockEdit(vexorin::rom::BlockOp op);
+    // The preview of a planned block edit on a tab, not yet shown.
+    BlockPreviewWindow* blockPreview(int tab, vexorin::rom::BlockOp op,
+                                     const std::vector<vexorin::rom::BlockCell>& plan);
     // A typed figure over the tab's selected cell: the box opens with `text`;
     // Enter writes, Esc cancels.
     void startFigure(int tab, const QString& text);

@@ -282,14 +282,17 @@ void MapEditingTest::blockEditsAreOneUndoStep()
     r.editAt(kFuelTab, 4, 4);
     r.viewer.extendSelection(kFuelTab, 8, 10);
     QVERIFY(r.viewer.applyBlock(kFuelTab, r.viewer.planBlock(kFuelTab, BlockOp::SetTo, 13.0)));
+    QCOMPARE(r.viewer.status(), QStringLiteral("35 cells changed. Ctrl+Z takes them back."));
     const auto edited = r.onDisk();
     QVERIFY(edited != r.original);
     QVERIFY(r.viewer.canUndo());
     r.viewer.undo();
+    QCOMPARE(r.viewer.status(), QStringLiteral("Undo: 35 bytes written back. Ctrl+Y does it again."));
     QCOMPARE(r.onDisk(), r.original);
     QCOMPARE(r.viewer.tab(kFuelTab).grid.text(8, 10), QStringLiteral("12.71"));
     QVERIFY(!r.viewer.canUndo());
     r.viewer.redo();
+    QCOMPARE(r.viewer.status(), QStringLiteral("Redo: 35 bytes written again."));
     QCOMPARE(r.onDisk(), edited);
     QCOMPARE(r.viewer.tab(kFuelTab).grid.text(8, 10), QString::fromStdString(FormatAfr(edited[std::size_t(
                                                            cellOffset(kFuelBank, 8, 10))])));
@@ -345,6 +348,7 @@ void MapEditingTest::undoAndRedoReachEveryViewerOfTheFile()
     QCOMPARE(r.onDisk(), r.original);
     QCOMPARE(r.viewer.tab(kFuelTab).grid.text(6, 6), QStringLiteral("12.71"));
     QCOMPARE(r.viewer.tab(kFuelTab).textValue, QStringLiteral("12.71"));
+    QCOMPARE(r.viewer.tab(kFuelTab).byteValueDisplayed, QStringLiteral("20"));
     QCOMPARE(second.tab(kFuelTab).grid.text(6, 6), QStringLiteral("12.71"));
     QVERIFY(r.viewer.canRedo());
     r.viewer.redo();
