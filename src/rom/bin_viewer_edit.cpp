@@ -35,14 +35,10 @@ void BinViewer::backupOnEditMode()
     if (noFile())
         return;
     const FileEdits::Backup backup = FileEdits::shared().backupOnFirstEdit(path_);
-    if (!backup.first || backup.result.kind == BackupResult::Kind::NotNeeded)
-        return;
-    if (backup.result.kind == BackupResult::Kind::Failed)
-        emit message(QStringLiteral("No backup could be made: %1. Edits go to the file itself.")
-                         .arg(QString::fromStdString(backup.result.error)),
-                     true);
-    else
-        emit message(QStringLiteral("Backup: %1").arg(QString::fromStdString(backup.result.path)), false);
+    if (!backup.failure().isEmpty())
+        emit message(backup.failure(), true);
+    else if (!backup.notice().isEmpty())
+        emit message(backup.notice(), false);
 }
 
 void BinViewer::openEditBox(int row, int column)

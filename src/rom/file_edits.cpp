@@ -73,6 +73,21 @@ FileEdits::Backup FileEdits::backupOnFirstEdit(const QString& path)
     return backup;
 }
 
+QString FileEdits::Backup::failure() const
+{
+    if (!first || result.kind != BackupResult::Kind::Failed)
+        return {};
+    return QStringLiteral("No backup could be made: %1. Edits go to the file itself.")
+        .arg(QString::fromStdString(result.error));
+}
+
+QString FileEdits::Backup::notice() const
+{
+    if (!first || (result.kind != BackupResult::Kind::Made && result.kind != BackupResult::Kind::Existed))
+        return {};
+    return QStringLiteral("Backup: %1").arg(QString::fromStdString(result.path));
+}
+
 FileEdits::Revert FileEdits::planRevert(const QString& path) const
 {
     Revert revert;

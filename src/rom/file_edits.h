@@ -40,6 +40,10 @@ public:
     struct Backup {
         bool first = false;
         vexorin::rom::BackupResult result;
+        // "No backup could be made: <reason>. Edits go to the file itself." when the copy failed now.
+        QString failure() const;
+        // "Backup: <path>" when a backup was made or found now.
+        QString notice() const;
     };
     Backup backupOnFirstEdit(const QString& path);
 

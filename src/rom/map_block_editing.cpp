@@ -52,10 +52,9 @@ void MapViewer::backupOnEditMode(int t)
 {
     const QString path = tab(t).pathBox;
     const FileEdits::Backup backup = FileEdits::shared().backupOnFirstEdit(path);
-    if (backup.first && backup.result.kind == BackupResult::Kind::Failed)
-        emit message(QStringLiteral("No backup could be made: %1. Edits go to the file itself.")
-                         .arg(QString::fromStdString(backup.result.error)),
-                     true);
+    if (!backup.failure().isEmpty())
+        emit message(backup.failure(), true);
+    // The status bar names the backup at every switch into edit mode while it exists.
     const QString copy = QString::fromStdString(backupPathFor(path.toStdString()));
     if (!copy.isEmpty() && QFileInfo::exists(copy))
         setStatus(QStringLiteral("Backup: %1").arg(copy));
