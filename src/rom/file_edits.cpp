@@ -85,7 +85,12 @@ QString FileEdits::Backup::notice() const
 {
     if (!first || (result.kind != BackupResult::Kind::Made && result.kind != BackupResult::Kind::Existed))
         return {};
-    return QStringLiteral("Backup: %1").arg(QString::fromStdString(result.path));
+    return backupNotice(QString::fromStdString(result.path));
+}
+
+QString FileEdits::backupNotice(const QString& backupPath)
+{
+    return QStringLiteral("Backup: %1").arg(backupPath);
 }
 
 FileEdits::Revert FileEdits::planRevert(const QString& path) const

@@ -45,6 +45,7 @@ public:
         // "Backup: <path>" when a backup was made or found now.
         QString notice() const;
     };
+    static QString backupNotice(const QString& backupPath);
     Backup backupOnFirstEdit(const QString& path);
 
     // "Revert to Backup": the question to ask, or the reason there is nothing to do.

@@ -57,7 +57,7 @@ void MapViewer::backupOnEditMode(int t)
     // The status bar names the backup at every switch into edit mode while it exists.
     const QString copy = QString::fromStdString(backupPathFor(path.toStdString()));
     if (!copy.isEmpty() && QFileInfo::exists(copy))
-        setStatus(QStringLiteral("Backup: %1").arg(copy));
+        setStatus(FileEdits::backupNotice(copy));
 }
 
 FigureKind MapViewer::figureKind(int t, int row, int column) const

@@ -1,6 +1,7 @@
-// The Map Viewer window's editing beyond the spin buttons: the Edit menu
-// (undo, redo, revert to the backup, the block edits), the block selection
-// on the grid, and typed figures in the box over the selected cell.
+// The Map Viewer window's editing by keyboard and beyond the spin buttons:
+// the grid's keys, the Edit menu (undo, redo, revert to the backup, the
+// block edits), the block selection on the grid, and typed figures in the
+// box over the selected cell.
 #include "rom/map_viewer_window.h"
 
 #include "rom/block_preview_window.h"
@@ -44,6 +45,82 @@ QString titleOf(BlockOp op)
     return caption;
 }
 }  // namespace
+
+// Keys on a grid (arrows, Shift+arrows, Ctrl+Up/Down, Enter, the first key
+// of a figure) and in the figure box over the cell (Enter, Esc).
+bool MapViewerWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    for (int b = 0; b < MapViewer::kTabs; ++b) {
+        if (watched != pages_[std::size_t(b)].overlayBox)
+            continue;
+        if (event->type() == QEvent::FocusOut && typingFigure(b))
+            endFigure(b, false);  // a figure is written by Enter only
+        else if (event->type() == QEvent::KeyPress && typingFigure(b))
+            return figureBoxKey(b, *static_cast<QKeyEvent*>(event));
+        return QWidget::eventFilter(watched, event);
+    }
+    if (event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    int t = 0;
+    while (t < int(pages_.size()) && pages_[std::size_t(t)].grid != watched)
+        ++t;
+    if (t == int(pages_.size()))
+        return QWidget::eventFilter(watched, event);
+    return gridKey(t, *static_cast<QKeyEvent*>(event));
+}
+
+bool MapViewerWindow::gridKey(int t, const QKeyEvent& key)
+{
+    const MapViewer::Tab& tab = viewer_->tab(t);
+    MapGridWidget* grid = pages_[std::size_t(t)].grid;
+    const bool stepKey = key.key() == Qt::Key_Up || key.key() == Qt::Key_Down;
+    if (key.modifiers() == Qt::ControlModifier && stepKey) {
+        if (tab.editMode)
+            key.key() == Qt::Key_Up ? viewer_->spinUp(t) : viewer_->spinDown(t);
+        return true;
+    }
+    const auto arrow = [&key](int& dr, int& dc) {
+        dr = key.key() == Qt::Key_Up ? -1 : key.key() == Qt::Key_Down ? 1 : 0;
+        dc = key.key() == Qt::Key_Left ? -1 : key.key() == Qt::Key_Right ? 1 : 0;
+        return dr != 0 || dc != 0;
+    };
+    int dr = 0, dc = 0;
+    if (key.modifiers() == Qt::ShiftModifier && arrow(dr, dc)) {
+        // Shift+arrows stretch the block selection from its anchor.
+        if (tab.selection)
+            viewer_->extendSelection(t, qBound(1, tab.endRow + dr, 16), qBound(1, tab.endColumn + dc, 16));
+        return true;
+    }
+    if (key.modifiers() != Qt::NoModifier && key.modifiers() != Qt::KeypadModifier)
+        return false;
+    if (tab.editMode && tab.overlayVisible) {
+        if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) {
+            startFigure(t, tab.grid.text(tab.overlayRow, tab.overlayColumn));
+            return true;
+        }
+        if (key.text().size() == 1 && QStringLiteral("0123456789.-").contains(key.text())) {
+            startFigure(t, key.text());
+            return true;
+        }
+    }
+    switch (key.key()) {
+    case Qt::Key_Up: dr = -1; break;
+    case Qt::Key_Down: dr = 1; break;
+    case Qt::Key_Left: dc = -1; break;
+    case Qt::Key_Right: dc = 1; break;
+    default: return false;
+    }
+    // From the cell being edited, or from the grid's own current cell outside edit mode.
+    const QModelIndex current = grid->currentIndex();
+    const int row = tab.editMode ? tab.overlayRow : (current.isValid() ? current.row() : 0);
+    const int column = tab.editMode ? tab.overlayColumn : (current.isValid() ? current.column() : 0);
+    const int r = qBound(0, row + dr, grid->rowCount() - 1);
+    const int c = qBound(0, column + dc, grid->columnCount() - 1);
+    grid->setCurrentCell(r, c);
+    if (tab.grid.enabled)
+        viewer_->selectCell(t, r, c);
+    return true;
+}
 
 void MapViewerWindow::buildEditMenu(QMenuBar* menuBar)
 {
