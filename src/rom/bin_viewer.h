@@ -83,8 +83,8 @@ public:
     // The edit journal of the file, shared with every editor of it.
     bool canUndo() const;
     bool canRedo() const;
-    void undo();
-    void redo();
+    void undo() { journalStep(true); }
+    void redo() { journalStep(false); }
     FileEdits::Revert revertPlan();
     void revert(const FileEdits::Revert& plan);
 
@@ -116,6 +116,7 @@ private:
     void backupOnEditMode();
     void showFileBytes(const QString& key, const QVector<long>& offsets);
     bool fileChosen();
+    void journalStep(bool back);
 
     MapGrid grid_;
     QString path_;

@@ -157,17 +157,10 @@ bool BinViewer::canRedo() const
     return !noFile() && FileEdits::shared().canRedo(path_);
 }
 
-void BinViewer::undo()
+void BinViewer::journalStep(bool back)
 {
     QString error;
-    if (fileChosen() && !FileEdits::shared().undo(path_, &error))
-        emit message(error, true);
-}
-
-void BinViewer::redo()
-{
-    QString error;
-    if (fileChosen() && !FileEdits::shared().redo(path_, &error))
+    if (fileChosen() && !FileEdits::shared().step(path_, back, &error))
         emit message(error, true);
 }
 

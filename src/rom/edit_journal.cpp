@@ -73,24 +73,27 @@ WriteResult writeBytes(const std::string& path, const ByteWrites& writes, EditJo
     return result;
 }
 
+namespace {
+// Takes the journal's next step back (undo) or forward (redo).
+WriteResult moveStep(const std::string& path, EditJournal& journal, bool back)
+{
+    if (!(back ? journal.canUndo() : journal.canRedo()))
+        return {};
+    WriteResult result = applyStep(path, back ? journal.nextUndo() : journal.nextRedo(), back);
+    if (result.ok)
+        back ? journal.undone() : journal.redone();
+    return result;
+}
+}  // namespace
+
 WriteResult undoStep(const std::string& path, EditJournal& journal)
 {
-    if (!journal.canUndo())
-        return {};
-    WriteResult result = applyStep(path, journal.nextUndo(), true);
-    if (result.ok)
-        journal.undone();
-    return result;
+    return moveStep(path, journal, true);
 }
 
 WriteResult redoStep(const std::string& path, EditJournal& journal)
 {
-    if (!journal.canRedo())
-        return {};
-    WriteResult result = applyStep(path, journal.nextRedo(), false);
-    if (result.ok)
-        journal.redone();
-    return result;
+    return moveStep(path, journal, false);
 }
 
 RevertPlan planRevert(const std::string& path, const std::string& backupPath)

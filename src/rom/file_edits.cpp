@@ -37,14 +37,11 @@ bool FileEdits::write(const QString& path, const ByteWrites& writes, Views views
     return finish(path, writeBytes(path.toStdString(), writes, journals_[key(path)]), views, error);
 }
 
-bool FileEdits::undo(const QString& path, QString* error, int* bytes)
+bool FileEdits::step(const QString& path, bool back, QString* error, int* bytes)
 {
-    return finish(path, undoStep(path.toStdString(), journals_[key(path)]), Views::Refresh, error, bytes);
-}
-
-bool FileEdits::redo(const QString& path, QString* error, int* bytes)
-{
-    return finish(path, redoStep(path.toStdString(), journals_[key(path)]), Views::Refresh, error, bytes);
+    EditJournal& journal = journals_[key(path)];
+    const std::string file = path.toStdString();
+    return finish(path, back ? undoStep(file, journal) : redoStep(file, journal), Views::Refresh, error, bytes);
 }
 
 bool FileEdits::canUndo(const QString& path) const

@@ -29,9 +29,8 @@ public:
     // Writes the bytes, one byte per write, and journals those that changed
     // as one step. False with the reason when a write failed.
     bool write(const QString& path, const vexorin::rom::ByteWrites& writes, Views views, QString* error = nullptr);
-    // `bytes`: how many were written back or again.
-    bool undo(const QString& path, QString* error = nullptr, int* bytes = nullptr);
-    bool redo(const QString& path, QString* error = nullptr, int* bytes = nullptr);
+    // Undo (`back`) or redo the file's next step; `bytes`: how many were written.
+    bool step(const QString& path, bool back, QString* error = nullptr, int* bytes = nullptr);
     bool canUndo(const QString& path) const;
     bool canRedo(const QString& path) const;
 

@@ -154,32 +154,20 @@ bool MapViewer::canRedo() const
     return filePath() != QLatin1String(kNoFile) && FileEdits::shared().canRedo(filePath());
 }
 
-void MapViewer::undo()
+void MapViewer::journalStep(bool back)
 {
     QString error;
     int bytes = 0;
     if (!hasFile())
         return;
-    if (!FileEdits::shared().undo(filePath(), &error, &bytes))
+    if (!FileEdits::shared().step(filePath(), back, &error, &bytes)) {
         emit message(error, true);
-    else if (bytes > 0)
-        setStatus(QStringLiteral("Undo: %1 %2 written back. Ctrl+Y does it again.")
-                      .arg(bytes)
-                      .arg(bytes == 1 ? QStringLiteral("byte") : QStringLiteral("bytes")));
-}
-
-void MapViewer::redo()
-{
-    QString error;
-    int bytes = 0;
-    if (!hasFile())
         return;
-    if (!FileEdits::shared().redo(filePath(), &error, &bytes))
-        emit message(error, true);
-    else if (bytes > 0)
-        setStatus(QStringLiteral("Redo: %1 %2 written again.")
-                      .arg(bytes)
-                      .arg(bytes == 1 ? QStringLiteral("byte") : QStringLiteral("bytes")));
+    }
+    const QString count = QString::number(bytes) + (bytes == 1 ? QStringLiteral(" byte") : QStringLiteral(" bytes"));
+    if (bytes > 0)
+        setStatus(back ? QStringLiteral("Undo: %1 written back. Ctrl+Y does it again.").arg(count)
+                       : QStringLiteral("Redo: %1 written again.").arg(count));
 }
 
 FileEdits::Revert MapViewer::revertPlan()

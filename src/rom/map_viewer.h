@@ -141,8 +141,8 @@ public:
     QString filePath() const;
     bool canUndo() const;
     bool canRedo() const;
-    void undo();
-    void redo();
+    void undo() { journalStep(true); }
+    void redo() { journalStep(false); }
     FileEdits::Revert revertPlan();
     void revert(const FileEdits::Revert& plan);
 
@@ -203,6 +203,7 @@ private:
     void stepCell(int tab, bool up);
     bool writeAtPosition(int tab, int value);
     bool hasFile();
+    void journalStep(bool back);
     bool writeFigureByte(int tab, int position, int value);
     void showFileBytes(const QString& key, const QVector<long>& offsets);
     void fileBytesChanged();

@@ -147,7 +147,7 @@ void MapEditWindowTest::theEditMenuHoldsItsItemsAndShortcuts()
     QVERIFY(w.action(QStringLiteral("Smooth"))->isEnabled());
     w.viewer().selectCell(0, 0, 3);  // a heading: no block
     QVERIFY(!w.action(QStringLiteral("Smooth"))->isEnabled());
-    // The spec'd menus keep their items.
+    // The menus that were there before keep their items.
     QVERIFY(w.action(QStringLiteral("LiveTrace")));
     QCOMPARE(bar->actions()[0]->menu()->actions().size(), 1);
 }
