@@ -1,10 +1,12 @@
 #include "external/external_sensors.h"
 
 #include "app/settings/settings_access.h"
+#include "external/channel_scale_settings.h"
 #include "external/external_ports.h"
 #include "ui/status_panels.h"
 #include "voice/voice_gate.h"
 
+using vexorin::external::ChannelScale;
 using vexorin::external::kChannelCount;
 using vexorin::external::kChannels;
 
@@ -30,6 +32,7 @@ ExternalSensors::ExternalSensors(SettingsStore& store, StatusPanels& panels, Voi
 {
     for (const auto& c : kChannels)
         names_.append(QString::fromLatin1(c.defaultName));
+    connect(&link_, &ExternalLink::channelChanged, this, &ExternalSensors::updateFigure);
 }
 
 QString ExternalSensors::name(int channel) const
@@ -44,6 +47,7 @@ void ExternalSensors::Load()
         const QString on = store_.ReadSetting(gaugeSection(Settings::ExSensorSectionPrefix, n), kSettingKey);
         link_.setChecked(n, on == QLatin1String("True"));
         names_[n - 1] = savedName(n);
+        scales_[std::size_t(n - 1)] = vexorin::external::loadChannelScale(store_, n);
     }
     const QString caption = readSetting(store_, Settings::CaptionType);
     if (caption == QLatin1String("1"))
@@ -53,6 +57,8 @@ void ExternalSensors::Load()
     for (int n = 1; n <= kChannelCount; ++n)
         if (names_[n - 1].isEmpty())
             names_[n - 1] = QString::fromLatin1(kChannels[std::size_t(n - 1)].defaultName);
+    for (int n = 1; n <= kChannelCount; ++n)
+        updateFigure(n);
     emit changed();
     RefreshExternalPorts();
 }
@@ -198,4 +204,43 @@ void ExternalSensors::setStatus(const QString& text)
 {
     status_ = text;
     emit changed();
+}
+
+std::optional<ChannelScale> ExternalSensors::scale(int channel) const
+{
+    return channel >= 1 && channel <= kChannelCount ? scales_[std::size_t(channel - 1)] : std::nullopt;
+}
+
+void ExternalSensors::setScale(int channel, const std::optional<ChannelScale>& scale)
+{
+    if (channel < 1 || channel > kChannelCount)
+        return;
+    vexorin::external::saveChannelScale(store_, channel, scale);
+    scales_[std::size_t(channel - 1)] = scale;
+    if (!updateFigure(channel))
+        emit figureChanged(channel);  // the scale changed, though its text did not
+}
+
+QString ExternalSensors::figureText(int channel) const
+{
+    return channel >= 1 && channel <= kChannelCount ? figures_[std::size_t(channel - 1)] : QString();
+}
+
+QString ExternalSensors::scaleCaption(int channel) const
+{
+    return QStringLiteral("Channel Scale - ") + name(channel);
+}
+
+bool ExternalSensors::updateFigure(int channel)
+{
+    if (channel < 1 || channel > kChannelCount)
+        return false;
+    const auto& scale = scales_[std::size_t(channel - 1)];
+    const QString text = scale ? vexorin::external::scaledReading(*scale, link_.reading(channel)) : QString();
+    QString& shown = figures_[std::size_t(channel - 1)];
+    if (text == shown)
+        return false;
+    shown = text;
+    emit figureChanged(channel);
+    return true;
 }

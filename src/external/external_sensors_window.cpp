@@ -1,5 +1,6 @@
 #include "external/external_sensors_window.h"
 
+#include "external/channel_scale_window.h"
 #include "external/external_sensors.h"
 #include "external/sensor_name_window.h"
 #include "ui/gradient_bar_widget.h"
@@ -16,6 +17,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 using vexorin::external::kBarMaximum;
 
@@ -42,6 +44,7 @@ ExternalSensorsWindow::ExternalSensorsWindow(ExternalSensors* sensors, QWidget* 
     connect(sensors_, &ExternalSensors::errorBox, this,
             [this](const QString& t, const QString& title) { MessageBoxes::critical(this, t, title); });
     connect(&sensors_->link(), &ExternalLink::channelChanged, this, &ExternalSensorsWindow::refreshChannel);
+    connect(sensors_, &ExternalSensors::figureChanged, this, &ExternalSensorsWindow::refreshFigure);
     sensors_->Load();
     refresh();
     for (int n = 1; n <= kGauges; ++n) {
@@ -128,10 +131,29 @@ QWidget* ExternalSensorsWindow::buildGauge(int channel, QWidget* parent)
     g.check->setToolTip(tr("Refresh this reading"));
     connect(g.check, &QCheckBox::toggled, this, [this, channel](bool on) { sensors_->link().setChecked(channel, on); });
 
+    // The scaled figure keeps its line when empty, so that all bars stand equally tall.
+    g.figure = new QLabel(frame);
+    g.figure->setObjectName(QStringLiteral("ExternalFigure%1").arg(channel));
+    g.figure->setAlignment(Qt::AlignCenter);
+    g.figure->setTextFormat(Qt::PlainText);
+    QFont figureFont = g.figure->font();  // the figure is what the gauge is read by
+    figureFont.setBold(true);
+    figureFont.setPointSizeF(figureFont.pointSizeF() * 1.15);
+    g.figure->setFont(figureFont);
+    g.figure->setMinimumHeight(g.figure->fontMetrics().height() + 2);
+    g.figure->setAccessibleDescription(tr("Scaled reading %1").arg(channel));
+
+    g.scale = new QPushButton(QStringLiteral("Scale..."), frame);
+    g.scale->setObjectName(QStringLiteral("ScaleButton%1").arg(channel));
+    g.scale->setToolTip(tr("Show this reading as a figure of its own, such as AFR or psi"));
+    connect(g.scale, &QPushButton::clicked, this, [this, channel] { editScale(channel); });
+
     v->addWidget(g.name);
     v->addWidget(g.bar, 1, Qt::AlignHCenter);
     v->addWidget(g.reading, 0, Qt::AlignHCenter);
+    v->addWidget(g.figure);
     v->addWidget(g.check, 0, Qt::AlignHCenter);
+    v->addWidget(g.scale, 0, Qt::AlignHCenter);
     return frame;
 }
 
@@ -181,6 +203,8 @@ void ExternalSensorsWindow::refresh()
     for (int n = 1; n <= kGauges; ++n) {
         nameLabel(n)->setText(sensors_->name(n));
         bar(n)->setTextVisible(sensors_->displayPercentageChecked());
+        scaleButton(n)->setAccessibleDescription(tr("Channel scale of %1").arg(sensors_->name(n)));
+        refreshFigure(n);
     }
     notifySelected_->setChecked(sensors_->notifySelectedChecked());
     displayPercentage_->setChecked(sensors_->displayPercentageChecked());
@@ -194,6 +218,32 @@ void ExternalSensorsWindow::refreshChannel(int channel)
     const ExternalLink& link = sensors_->link();
     readingBox(channel)->setText(link.reading(channel));
     bar(channel)->setValue(link.bar(channel));
+}
+
+void ExternalSensorsWindow::refreshFigure(int channel)
+{
+    if (channel < 1 || channel > kGauges)
+        return;
+    QLabel* label = figureLabel(channel);
+    // Wide enough for every reading of the device's range, so that the gauge
+    // does not change its width as the figure moves.
+    int width = 0;
+    if (const auto scale = sensors_->scale(channel))
+        for (const QString& t : vexorin::external::spanTexts(*scale))
+            width = std::max(width, label->fontMetrics().horizontalAdvance(t));
+    label->setMinimumWidth(width > 0 ? width + 4 : 0);
+    label->setText(sensors_->figureText(channel));
+}
+
+void ExternalSensorsWindow::editScale(int channel)
+{
+    if (channel < 1 || channel > kGauges)
+        return;
+    if (!channelScale_)
+        channelScale_ = new ChannelScaleWindow(
+            [this](int n, const std::optional<vexorin::external::ChannelScale>& scale) { sensors_->setScale(n, scale); },
+            this);
+    channelScale_->openFor(channel, sensors_->scaleCaption(channel), sensors_->scale(channel));
 }
 
 void ExternalSensorsWindow::refreshPortItems()

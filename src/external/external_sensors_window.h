@@ -2,13 +2,15 @@
 // gauges (a name, a standing bar, a reading box and a check box each), the
 // buttons "Connect/Disconnect", "Start" and "Stop", the status text, and the
 // menus File, Ports and Options. Double-clicking a gauge's name opens the
-// Sensor Name window. The window owns its `ExternalSensors` and so its port:
+// Sensor Name window. A gauge's "Scale..." button opens the Channel Scale
+// window; a scaled gauge shows its figure ("14.68 AFR") under its reading box. The window owns its `ExternalSensors` and so its port:
 // closing the window closes the port.
 #pragma once
 
 #include <QMainWindow>
 #include <array>
 
+class ChannelScaleWindow;
 class ExternalSensors;
 class GradientBar;
 class QAction;
@@ -16,6 +18,7 @@ class QCheckBox;
 class QLabel;
 class QLineEdit;
 class QMenu;
+class QPushButton;
 class SensorNameWindow;
 
 class ExternalSensorsWindow : public QMainWindow {
@@ -32,10 +35,17 @@ public:
     GradientBar* bar(int channel) const { return gauges_[std::size_t(channel - 1)].bar; }
     QLineEdit* readingBox(int channel) const { return gauges_[std::size_t(channel - 1)].reading; }
     QCheckBox* checkBox(int channel) const { return gauges_[std::size_t(channel - 1)].check; }
+    // The scaled figure beside the reading; empty without a scale.
+    QLabel* figureLabel(int channel) const { return gauges_[std::size_t(channel - 1)].figure; }
+    QPushButton* scaleButton(int channel) const { return gauges_[std::size_t(channel - 1)].scale; }
     // Null until a name is first double-clicked.
     SensorNameWindow* sensorNameWindow() const { return sensorName_; }
     // Opens the Sensor Name window for a gauge, as a double-click on its name does.
     void rename(int channel);
+    // Null until a "Scale..." button is first clicked.
+    ChannelScaleWindow* channelScaleWindow() const { return channelScale_; }
+    // Opens the Channel Scale window for a gauge, as its "Scale..." button does.
+    void editScale(int channel);
 
 signals:
     // Ports, "Interface Check".
@@ -50,12 +60,15 @@ private:
         GradientBar* bar = nullptr;
         QLineEdit* reading = nullptr;
         QCheckBox* check = nullptr;
+        QLabel* figure = nullptr;
+        QPushButton* scale = nullptr;
     };
     void buildMenus();
     QWidget* buildGauge(int channel, QWidget* parent);
     QWidget* buildControls(QWidget* parent);
     void refresh();
     void refreshChannel(int channel);
+    void refreshFigure(int channel);
     void refreshPortItems();
 
     ExternalSensors* sensors_;
@@ -67,4 +80,5 @@ private:
     QAction* notifySelected_ = nullptr;
     QAction* displayPercentage_ = nullptr;
     SensorNameWindow* sensorName_ = nullptr;
+    ChannelScaleWindow* channelScale_ = nullptr;
 };

@@ -32,6 +32,8 @@ inline constexpr SettingKey Mph{L("MPH"), L("Setting"), L("")};
 inline constexpr SettingKey Kph{L("KPH"), L("Setting"), L("")};
 inline constexpr SettingKey WindowsSeven{L("WindowsSeven"), L("Setting"), L("")};
 inline constexpr SettingKey WindowsXP{L("WindowsXP"), L("Setting"), L("")};
+// Fast Logging: the all-sensor stream left running while monitoring.
+inline constexpr SettingKey FastLogging{L("FastLogging"), L("Setting"), L("")};
 
 // Consult port.
 inline constexpr SettingKey UseConZultInterface{L("UseConZultInterface"), L("Setting"), L("")};
@@ -82,6 +84,14 @@ inline constexpr SettingKey ExternalPortNumber{L("ExternalPortNumber"), L("Setti
 inline constexpr SettingKey NotifySelected{L("NotifySelected"), L("Setting"), L("")};
 inline constexpr QLatin1StringView ExSensorSectionPrefix{"ExSensor"};          // ExSensor1..8, key Setting
 inline constexpr QLatin1StringView ExternalSensorSectionPrefix{"ExternalSensor"};  // ExternalSensor1..8, key Setting
+// A gauge's scale from volts to a figure: ExSensor1Scale..ExSensor8Scale, numbers with '.' as the decimal mark.
+inline constexpr QLatin1StringView ExSensorScaleSectionSuffix{"Scale"};
+inline constexpr QLatin1StringView ScaleVolts1Key{"V1"};
+inline constexpr QLatin1StringView ScaleFigure1Key{"F1"};
+inline constexpr QLatin1StringView ScaleVolts2Key{"V2"};
+inline constexpr QLatin1StringView ScaleFigure2Key{"F2"};
+inline constexpr QLatin1StringView ScaleUnitKey{"Unit"};
+inline constexpr QLatin1StringView ScaleDecimalsKey{"Decimals"};
 
 // Linux port discovery: extra device paths (any key, value = path) and the
 // remembered COM number of every path seen (key COMn, value = path).
