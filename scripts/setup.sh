@@ -9,7 +9,7 @@ set -euo pipefail
 
 RUN_PACKAGES=(
   build-essential cmake ninja-build pkg-config
-  qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-datavisualization-dev
+  qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-datavisualization-dev qt6-charts-dev
   qt6-speech-dev qt6-declarative-dev qt6-speech-flite-plugin qt6-qpa-plugins
   libqt6opengl6-dev libgl-dev libgl1-mesa-dri
   libssl3 ca-certificates

@@ -30,6 +30,7 @@ class GraphWidget;
 class GraphTestWindow;
 class ColorPicker;
 class QCheckBox;
+class LogChartWindow;
 class LogPlayerWindow;
 class MapViewerWindow;
 class BinViewerWindow;
@@ -63,6 +64,12 @@ public:
     GraphTestWindow* graphTestWindow() const;
     GraphWidget* graphWidget() const { return graphWidget_; }
     LogPlayerWindow* logPlayerWindow() const;
+    // Tools, Log Chart and the Log Player's "Chart": the log's chart, one
+    // window per log, its cursor following the Log Player.
+    LogChartWindow* openLogChart(const QString& logPath);
+    LogChartWindow* logChartWindow() const;
+    // A frame chosen on a chart: the Log Player shows it (loading the log first).
+    void playLogFrom(const QString& logPath, qint64 firstLine);
     MapViewerWindow* mapViewerWindow() const;
     void showMapViewer();
     EcuToolWindows* ecuTools() const { return ecuTools_; }

@@ -14,6 +14,7 @@
 #include "consult/fault_codes.h"
 #include "external/external_sensors.h"
 #include "graph/graph_feed.h"
+#include "logging/csv_export_window.h"
 #include "logging/log_capture.h"
 #include "rom/bin_viewer_window.h"
 #include "rom/hex_chart_window.h"
@@ -52,6 +53,10 @@ void MainWindow::buildMenus()
             return mCommonDialog::saveFileName(this, QStringLiteral(".log"), QStringLiteral("LOG Files (*.log)|*.log"),
                                                initial);
         });
+    });
+    add(file, "ExportLogAsCsv", QStringLiteral("Export Log as CSV..."), [this] {
+        vexorin::logging::exportLogAsCsv(
+            this, mCommonDialog::openFileName(this, QStringLiteral(".log"), vexorin::logging::kLogOpenFilter));
     });
     captureAction_->setCheckable(true);
     connect(&core_.capture(), &LogCapture::checkedChanged, captureAction_, &QAction::setChecked);
@@ -160,6 +165,9 @@ void MainWindow::buildMenus()
 
     QMenu* tools = menuBar()->addMenu(tr("&Tools"));
     add(tools, "LogPlayer", QStringLiteral("Log Player"), [this] { showLogPlayer(); });
+    add(tools, "LogChart", QStringLiteral("Log Chart"), [this] {
+        openLogChart(mCommonDialog::openFileName(this, QStringLiteral(".log"), vexorin::logging::kLogOpenFilter));
+    });
     add(tools, "MapViewer", QStringLiteral("Map Viewer/Editor"), [this] { showMapViewer(); });
     add(tools, "BinFileViewer", QStringLiteral("BIN File Viewer/Editor"), [this] { showBinViewer(); });
     add(tools, "CompareBinFiles", QStringLiteral("Compare BIN Files"), [this] { showBinCompare(); });

@@ -8,8 +8,17 @@
 #include "consult/consult_link.h"
 #include "consult/consult_session.h"
 #include "consult/simulator_transport.h"
+#include "consult/wire.h"
+#include "external/channel_scale.h"
+#include "external/external_sensors.h"
+#include "external/channel_scale_window.h"
 #include "external/external_sensors_window.h"
 #include "graph/graph_feed.h"
+#include "logging/log_chart.h"
+#include "logging/log_chart_window.h"
+#include "logging/log_format.h"
+#include "logging/log_player.h"
+#include "logging/log_player_window.h"
 #include "rom/bin_compare_view.h"
 #include "rom/bin_compare_window.h"
 #include "rom/bin_viewer_window.h"
@@ -20,6 +29,7 @@
 #include "tools/active_test_window.h"
 #include "tools/bin_file_downloader_window.h"
 #include "tools/register_viewer_window.h"
+#include "sensors/sensor_catalog.h"
 #include "sensors/sensor_stream.h"
 #include "sim/ecu_simulator.h"
 #include "ui/binary_files.h"
@@ -33,7 +43,9 @@
 #include <QCheckBox>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QFile>
 #include <QMenu>
+#include <QMenuBar>
 #include <QScreen>
 #include <QTabWidget>
 #include <QTimer>
@@ -98,6 +110,38 @@ ScreenTour::~ScreenTour()
 {
     MessageBoxes::setPresenter({});
     mCommonDialog::setAnswerer({});
+}
+
+void ScreenTour::writeDemoLog(const QString& path, int frames)
+{
+    using namespace vexorin::sensors;
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return;
+    vexorin::sim::EcuSimulator ecu;
+    QDateTime when(QDate(2026, 11, 22), QTime(19, 28, 0));
+    const vexorin::consult::Bytes& registers = vexorin::consult::kAllSensorRegisters;
+    for (int f = 0; f < frames; ++f) {
+        ecu.advance(100);
+        // The frame as the all-sensor read lays it out: values from position 35.
+        std::array<int, 51> at{};
+        for (std::size_t i = 0; i < registers.size(); ++i) {
+            std::uint8_t v = 0;
+            ecu.registerValue(registers[i], v);
+            at[35 + i] = v;
+        }
+        QByteArray lines = vexorin::logging::dateTimeLine(when.addMSecs(100LL * f)).toLocal8Bit() +
+                           vexorin::logging::kLineEnd;
+        for (const SensorSpec& s : kSensors) {
+            const int hi = s.twoBytes ? at[std::size_t(s.position - 1)] : 0;
+            const SensorReading r = highByteUsable(hi) ? convert(s.id, hi, at[std::size_t(s.position)])
+                                                        : lowByteReading(at[std::size_t(s.position)]);
+            const QString value = QString::fromStdString(r.value);
+            lines += (r.numeric ? vexorin::logging::numberLine(value) : value).toLocal8Bit() +
+                     vexorin::logging::kLineEnd;
+        }
+        file.write(lines);
+    }
 }
 
 void ScreenTour::settle(int ms)
@@ -225,7 +269,38 @@ bool ScreenTour::run(const Visitor& visit)
                  click(w, QStringLiteral("Read next"));
              return w;
          }},
+        {"log-chart", 500, [=] {
+             // Six minutes of the simulator's engine, idling, revving and driving.
+             const QString demo = files_.filePath(QStringLiteral("six-minutes.log"));
+             writeDemoLog(demo, 3600);
+             auto* player = qobject_cast<LogPlayerWindow*>(topLevel(QStringLiteral("LogPlayer")));
+             if (!player)
+                 return static_cast<QWidget*>(nullptr);
+             player->player().loadChosen(demo);
+             player->player().goToLine(14 * 1240);
+             click(player, QStringLiteral("Chart"));
+             LogChartWindow* chart = window_.logChartWindow();
+             if (chart) {
+                 chart->checkBox(int(vexorin::sensors::SensorId::Speed))->setChecked(true);
+                 chart->chart().zoom(0.5, 1240);
+                 chart->chart().setProbe(1320);
+             }
+             return static_cast<QWidget*>(chart);
+         }},
+        {"log-export", 200, [=] {
+             if (QWidget* chart = window_.logChartWindow())
+                 chart->close();
+             // The File menu, open on its new item.
+             QMenu* file = window_.menuBar()->actions().value(0) ? window_.menuBar()->actions()[0]->menu() : nullptr;
+             if (!file)
+                 return static_cast<QWidget*>(nullptr);
+             file->popup(window_.mapToGlobal(QPoint(8, window_.menuBar()->height())));
+             file->setActiveAction(window_.action(QStringLiteral("ExportLogAsCsv")));
+             return static_cast<QWidget*>(file);
+         }},
         {"graph-preset-2", 1500, [=] {
+             if (QMenu* file = window_.menuBar()->actions().value(0) ? window_.menuBar()->actions()[0]->menu() : nullptr)
+                 file->close();
              core_.graphFeed().GraphPreset(2);
              return main;
          }},
@@ -246,9 +321,24 @@ bool ScreenTour::run(const Visitor& visit)
              for (int channel = 1; channel <= 8; ++channel)
                  click(w, QString::number(channel));  // every channel read
              click(w, QStringLiteral("Start"));
+             // The wideband sender on channel 4, shown as an air/fuel ratio.
+             if (auto* gauges = qobject_cast<ExternalSensorsWindow*>(w))
+                 gauges->sensors().setScale(4, vexorin::external::kScalePresets[0].scale());
              return w;
          }},
+        {"channel-scale", 200, [=] {
+             auto* gauges = qobject_cast<ExternalSensorsWindow*>(topLevel(QStringLiteral("ExternalSensors")));
+             if (!gauges)
+                 return static_cast<QWidget*>(nullptr);
+             gauges->editScale(2);
+             if (QWidget* dialog = gauges->channelScaleWindow())
+                 click(dialog, QStringLiteral("Pressure 0.5-4.5 V"));
+             return static_cast<QWidget*>(gauges->channelScaleWindow());
+         }},
         {"sensor-name", 100, [=] {
+             if (auto* gauges = qobject_cast<ExternalSensorsWindow*>(topLevel(QStringLiteral("ExternalSensors"))))
+                 if (QWidget* dialog = gauges->channelScaleWindow())
+                     click(dialog, QStringLiteral("OK"));  // the boost sender scaled in psi
              if (auto* gauges = qobject_cast<ExternalSensorsWindow*>(topLevel(QStringLiteral("ExternalSensors"))))
                  gauges->rename(2);
              return topLevel(QStringLiteral("SensorName"));

@@ -31,6 +31,8 @@ private:
     void trigger(const QString& action);
     static void settle(int ms);
     void forceEngine(bool rev);
+    // A log of the simulator's engine, `frames` frames ten a second, as capture writes it.
+    static void writeDemoLog(const QString& path, int frames);
 
     AppCore& core_;
     MainWindow& window_;

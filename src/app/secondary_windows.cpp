@@ -16,6 +16,9 @@
 #include "external/external_sensors_window.h"
 #include "graph/graph_feed.h"
 #include "graph/graph_test_window.h"
+#include "logging/log_chart.h"
+#include "logging/log_chart_window.h"
+#include "logging/log_player.h"
 #include "logging/log_player_window.h"
 #include "rom/bin_compare_window.h"
 #include "rom/bin_viewer_window.h"
@@ -37,6 +40,7 @@
 #include "rom/map_viewer.h"
 
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QTabWidget>
 
 using Kind = WindowRegistry::Kind;
@@ -81,7 +85,11 @@ void MainWindow::registerWindowMakers()
              connect(w, &BinCompareWindow::mapRequested, this, &MainWindow::openMapCompare, Qt::QueuedConnection);
              return w;
          }},
-        {Kind::LogPlayer, [this] { return new LogPlayerWindow(this); }},
+        {Kind::LogPlayer, [this] {
+             auto* w = new LogPlayerWindow(this);
+             connect(w, &LogPlayerWindow::chartRequested, this, &MainWindow::openLogChart);
+             return w;
+         }},
         {Kind::InterfaceCheck, [this] {
              auto* w = new InterfaceCheckWindow(core_.ports().source(), this);
              connect(w, &InterfaceCheckWindow::errorBox, this,
@@ -115,6 +123,7 @@ FaultCodesWindow* MainWindow::faultCodesWindow() const { return registry_.existi
 SpeechEnginesWindow* MainWindow::speechEnginesWindow() const { return registry_.existing<SpeechEnginesWindow>(Kind::SpeechEngines); }
 GraphTestWindow* MainWindow::graphTestWindow() const { return registry_.existing<GraphTestWindow>(Kind::GraphTest); }
 LogPlayerWindow* MainWindow::logPlayerWindow() const { return registry_.existing<LogPlayerWindow>(Kind::LogPlayer); }
+LogChartWindow* MainWindow::logChartWindow() const { return registry_.existing<LogChartWindow>(Kind::LogChart); }
 MapViewerWindow* MainWindow::mapViewerWindow() const { return registry_.existing<MapViewerWindow>(Kind::MapViewer); }
 BinViewerWindow* MainWindow::binViewerWindow() const { return registry_.existing<BinViewerWindow>(Kind::BinViewer); }
 BinCompareWindow* MainWindow::binCompareWindow() const { return registry_.existing<BinCompareWindow>(Kind::BinCompare); }
@@ -140,6 +149,55 @@ void MainWindow::showMapViewer() { registry_.show(Kind::MapViewer); }
 void MainWindow::showBinViewer() { registry_.show(Kind::BinViewer); }
 void MainWindow::showBinCompare() { registry_.show(Kind::BinCompare); }
 void MainWindow::showLogPlayer() { registry_.show(Kind::LogPlayer); }
+namespace {
+bool sameFile(const QString& a, const QString& b)
+{
+    const QFileInfo x(a), y(b);
+    return x.absoluteFilePath() == y.absoluteFilePath() ||
+           (!x.canonicalFilePath().isEmpty() && x.canonicalFilePath() == y.canonicalFilePath());
+}
+}  // namespace
+
+LogChartWindow* MainWindow::openLogChart(const QString& logPath)
+{
+    if (logPath.isEmpty())
+        return nullptr;
+    for (QWidget* w : registry_.all(Kind::LogChart)) {
+        auto* chart = static_cast<LogChartWindow*>(w);
+        if (sameFile(chart->chart().path(), logPath)) {
+            if (!chart->load(logPath))  // read again: the log may have grown
+                return nullptr;
+            chart->show();
+            chart->raise();
+            chart->activateWindow();
+            return chart;
+        }
+    }
+    auto* w = new LogChartWindow(this);
+    w->setAttribute(Qt::WA_DeleteOnClose);
+    if (!w->load(logPath)) {
+        delete w;
+        return nullptr;
+    }
+    registry_.add(Kind::LogChart, w);
+    w->chart().followPlayer(&registry_.make<LogPlayerWindow>(Kind::LogPlayer)->player());
+    connect(&w->chart(), &LogChart::frameChosen, this, &MainWindow::playLogFrom);
+    w->show();
+    w->raise();
+    return w;
+}
+
+void MainWindow::playLogFrom(const QString& logPath, qint64 firstLine)
+{
+    auto* w = registry_.make<LogPlayerWindow>(Kind::LogPlayer);
+    LogPlayer& player = w->player();
+    if (player.pathBox() == LogPlayer::kNoFile || !sameFile(player.pathBox(), logPath))
+        player.loadChosen(logPath);
+    player.goToLine(firstLine);
+    if (!w->isVisible())
+        w->show();  // beside the chart, which keeps the focus
+}
+
 void MainWindow::showFaultCodes() { registry_.show(Kind::FaultCodes); }
 void MainWindow::showSplash() { registry_.show(Kind::Splash); }
 void MainWindow::showCredits() { registry_.show(Kind::Credits); }

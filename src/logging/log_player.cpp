@@ -71,6 +71,7 @@ void LogPlayer::refreshBars()
 
 void LogPlayer::readFrameIntoLabels()
 {
+    shownLine_ = reader_.atEnd() ? shownLine_ : reader_.lineNumber();
     for (int k = 0; k < kLabelCount; ++k)
         if (!reader_.atEnd())
             setLabel(labelOfLine(k), QString::fromLocal8Bit(reader_.readLine()));
@@ -79,6 +80,7 @@ void LogPlayer::readFrameIntoLabels()
 void LogPlayer::OpenLogFileNow(const QString& path)
 {
     QString error;
+    shownLine_ = -1;
     if (!reader_.open(path, &error)) {
         emit message(QStringLiteral("The log file could not be opened: ") + error);
         emit changed();
@@ -141,6 +143,7 @@ void LogPlayer::readForward(bool tick)
     }
     position_ += 14;
     positionBox_ = QString::number(position_);
+    shownLine_ = reader_.lineNumber();
     for (int k = 0; k < kLabelCount; ++k) {
         if (!reader_.atEnd())
             currentLine_ = QString::fromLocal8Bit(reader_.readLine());
@@ -187,6 +190,26 @@ void LogPlayer::stepBack(bool tick)
     position_ -= 14;
     positionBox_ = QString::number(position_);
     counterBox_ = QString::number(counter_);
+    readFrameIntoLabels();
+    emit changed();
+}
+
+void LogPlayer::goToLine(qint64 line)
+{
+    if (noFile() || line < 0)
+        return;
+    PlayLogTimer.stop();
+    FastReverseTimer.stop();
+    QString error;
+    if (!reader_.isOpen() && !reader_.reopen(&error)) {
+        emit message(QStringLiteral("The log file could not be opened again: ") + error);
+        return;
+    }
+    if (!reader_.seekLine(line) || reader_.atEnd())
+        return;  // not in the file (any more): the display stays
+    currentLine_.clear();
+    position_ = line + 14;
+    positionBox_ = QString::number(position_);
     readFrameIntoLabels();
     emit changed();
 }
@@ -252,6 +275,7 @@ void LogPlayer::closing()
     currentLine_.clear();
     position_ = 0;
     counter_ = 0;
+    shownLine_ = -1;
     labels_.fill(QString());
     bars_.fill(0);
     emit changed();

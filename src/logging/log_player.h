@@ -46,6 +46,11 @@ public:
     void Pause();
     void FastForward();
     void FastReverse();
+    // The first line (from 0) of the frame on the labels; -1 for none.
+    qint64 shownLine() const { return shownLine_; }
+    // Shows the frame that starts on `line`, as if read forward to it: the
+    // position becomes the lines up to the frame's end. Timers stop.
+    void goToLine(qint64 line);
     // The warning button: reads log1.txt beside the program, and shows nothing.
     void ReadWholeFile(const QString& programDirectory);
     // Closing the window: timers off, file closed, and every box back at its design value.
@@ -70,6 +75,7 @@ private:
     QString currentLine_;
     qint64 position_ = 0;
     qint64 counter_ = 0;
+    qint64 shownLine_ = -1;
     std::array<QString, kLabelCount> labels_;
     std::array<int, kBarCount> bars_{};
 };

@@ -1,5 +1,6 @@
 #include "logging/log_player_window.h"
 
+#include "logging/csv_export_window.h"
 #include "logging/log_player.h"
 #include "ui/common_dialog.h"
 #include "ui/gradient_bar_widget.h"
@@ -114,6 +115,8 @@ LogPlayerWindow::LogPlayerWindow(QWidget* parent)
         {"Fast Reverse", [&p] { p.FastReverse(); }},
         {"Fast Forward", [&p] { p.FastForward(); }},
         {"Snapshot", [this] { snapshot(); }},
+        {"Export CSV", [this] { exportCsv(); }},
+        {"Chart", [this] { emit chartRequested(loadedPath()); }},
     };
     auto* buttonGrid = new QGridLayout;
     int n = 0;
@@ -160,6 +163,20 @@ void LogPlayerWindow::refresh()
         labels_[std::size_t(i - 14)]->setText(p.label(i));
     for (int i = 0; i < 13; ++i)
         bars_[std::size_t(i)]->setValue(p.bar(i));
+    // The log's own buttons wait for a log.
+    for (const char* caption : {"Export CSV", "Chart"})
+        if (QPushButton* b = button(QString::fromLatin1(caption)))
+            b->setEnabled(!loadedPath().isEmpty());
+}
+
+QString LogPlayerWindow::loadedPath() const
+{
+    return player_->pathBox() == LogPlayer::kNoFile ? QString() : player_->pathBox();
+}
+
+void LogPlayerWindow::exportCsv()
+{
+    vexorin::logging::exportLogAsCsv(this, loadedPath());
 }
 
 void LogPlayerWindow::loadFile()

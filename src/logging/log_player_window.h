@@ -31,12 +31,18 @@ public:
     void loadFile();        // "Load File"
     void openLogFileMenu(); // menu item "Open Log File"
     void snapshot();        // "Snapshot"
+    void exportCsv();       // "Export CSV": the loaded log
+
+signals:
+    // "Chart": the loaded log on a Log Chart.
+    void chartRequested(const QString& logPath);
 
 protected:
     void closeEvent(QCloseEvent* e) override;
 
 private:
     void refresh();
+    QString loadedPath() const;
 
     LogPlayer* player_;
     QLineEdit* path_;
