@@ -62,6 +62,8 @@ AppCore::AppCore(SettingsStore& store, SpeechOut& speech, QObject* parent)
     stream_ = std::make_unique<SensorStream>(*session_, *displays_, *cells_, *selection_);
     views_ = std::make_unique<MonitorViews>(*displays_, *session_);
     options_ = std::make_unique<OptionsMenu>(store_);
+    connect(options_.get(), &OptionsMenu::changed, stream_.get(),
+            [this] { stream_->setFastLogging(options_->fastLogging()); });
     voiceMonitor_ = std::make_unique<VoiceMonitor>(*session_, *voice_, *displays_, *options_, store_);
     faultCodes_ = std::make_unique<FaultCodes>(*session_);
     frameSpot_ = std::make_unique<FrameSpot>();
@@ -100,7 +102,7 @@ void AppCore::start()
         [this] { graph_->setBarColor(readSetting(store_, Settings::Graph1BarColor).toUInt()); },
         [this] { alerts_[0]->restore(); },
         [this] { alerts_[1]->restore(); },
-        // Stay on top, MPH/KPH, Windows 7/XP.
+        // Stay on top, Fast Logging, MPH/KPH, Windows 7/XP.
         [this] { options_->restore(); },
         // Use ConZult Interface and Notify When Selecting Ports.
         [this] { portSelection_->restoreChecks(); },

@@ -226,6 +226,11 @@ void MainWindow::buildMenus()
     notifyPortsAction_ = add(options, "NotifyPorts", QStringLiteral("Notify When Selecting Ports"),
                              [&ps] { ps.ToggleNotifyPorts(); });
     notifyPortsAction_->setCheckable(true);
+    // The all-sensor stream left running while monitoring: its check mark follows the model.
+    options->addSeparator();
+    QAction* fastLogging = add(options, "FastLogging", QStringLiteral("Fast Logging"), [&om] { om.ToggleFastLogging(); });
+    fastLogging->setCheckable(true);
+    optionChecks_.append({fastLogging, &OptionsMenu::fastLogging});
 
     QMenu* extra = menuBar()->addMenu(tr("E&xtra Utilities"));
     extra->setToolTipsVisible(true);

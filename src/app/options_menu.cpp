@@ -39,19 +39,17 @@ void OptionsMenu::restorePair(bool& first, bool& second, const SettingKey& key)
     }
 }
 
-void OptionsMenu::ToggleStayOnTop()
+// Flips one item and writes its new state.
+void OptionsMenu::toggle(bool& item, const SettingKey& key)
 {
-    stayOnTop_ = !stayOnTop_;
-    writeSetting(store_, Settings::StayOnTop, text(stayOnTop_));
+    item = !item;
+    writeSetting(store_, key, text(item));
     emit changed();
 }
 
-void OptionsMenu::ToggleNightMode()
-{
-    nightMode_ = !nightMode_;
-    writeSetting(store_, Settings::NightMode, text(nightMode_));
-    emit changed();
-}
+void OptionsMenu::ToggleStayOnTop() { toggle(stayOnTop_, Settings::StayOnTop); }
+void OptionsMenu::ToggleNightMode() { toggle(nightMode_, Settings::NightMode); }
+void OptionsMenu::ToggleFastLogging() { toggle(fastLogging_, Settings::FastLogging); }
 
 void OptionsMenu::SetWindowSize(const WindowGeometry& g)
 {
@@ -77,6 +75,7 @@ void OptionsMenu::restore()
 {
     stayOnTop_ = readSetting(store_, Settings::StayOnTop) == QLatin1String("True");
     nightMode_ = readSetting(store_, Settings::NightMode) == QLatin1String("True");
+    fastLogging_ = readSetting(store_, Settings::FastLogging) == QLatin1String("True");
     restorePair(mph_, kph_, Settings::Mph);
     restorePair(windowsSeven_, windowsXP_, Settings::WindowsSeven);
     emit changed();

@@ -1,6 +1,7 @@
 // The unit and operating system items of the Options menu: "MPH" or "KPH"
 // (the unit the voice says after the speed), "Windows 7" or "Windows
-// XP/Windows Vista" (which column of voice indices is in force).
+// XP/Windows Vista" (which column of voice indices is in force), and "Fast
+// Logging" (the all-sensor stream left running while monitoring).
 #pragma once
 
 #include "voice/voice_options.h"
@@ -29,6 +30,7 @@ public:
     bool windowsXP() const override { return windowsXP_; }
     bool stayOnTop() const { return stayOnTop_; }
     bool nightMode() const { return nightMode_; }
+    bool fastLogging() const { return fastLogging_; }
 
     void ChooseMph();
     void ChooseKph();
@@ -37,13 +39,15 @@ public:
     // "Stay on top": toggles and writes "True"/"False".
     void ToggleStayOnTop();
     void ToggleNightMode();
+    // "Fast Logging": toggles and writes "True"/"False".
+    void ToggleFastLogging();
     // "Set Window Size and Position": Height, Width, Top, Left, in that order.
     void SetWindowSize(const WindowGeometry& g);
     // The stored geometry; a value that is missing or no number takes the design value.
     WindowGeometry storedGeometry() const;
 
-    // The stored choices as start-up applies them: "Stay on top" is checked by
-    // "True" alone; for the pairs "True" and "False" decide, anything else leaves the design.
+    // The stored choices as start-up applies them: "Stay on top" and "Fast
+    // Logging" are checked by "True" alone; for the pairs "True" and "False" decide, anything else leaves the design.
     void restore();
 
     // Test access to the check marks, as a menu click would leave them.
@@ -55,6 +59,7 @@ signals:
 private:
     void choose(bool& on, bool& off, const SettingKey& onKey, const SettingKey& offKey);
     void restorePair(bool& first, bool& second, const SettingKey& key);
+    void toggle(bool& item, const SettingKey& key);
 
     SettingsStore& store_;
     bool nightMode_ = false;
@@ -63,4 +68,5 @@ private:
     bool windowsSeven_ = false;
     bool windowsXP_ = true;
     bool stayOnTop_ = false;
+    bool fastLogging_ = false;
 };

@@ -29,11 +29,19 @@ SensorStream::SensorStream(ConsultSession& session, SensorDisplays& displays, By
                            SensorSelection& selection, QObject* parent)
     : QObject(parent), session_(session), displays_(displays), cells_(cells), selection_(selection)
 {
+    clock_.start();
+    now_ = [this] { return clock_.elapsed(); };
     connect(&session_.GetAllSensorDataTimer, &QTimer::timeout, this, &SensorStream::GetAllSensorDataTimerTick);
 }
 
 void SensorStream::MonitorOnOff()
 {
+    // Waiting for the link would end the fast stream, and its stop pair would
+    // go out before the switch's own: the switch ends it instead.
+    if (fastStreaming_) {
+        monitorOnOffNow();
+        return;
+    }
     session_.owner().whenFree(this, [this] { monitorOnOffNow(); });
 }
 
@@ -71,14 +79,22 @@ void SensorStream::monitorOnOffNow()
     ConsultLink& link = session_.link();
     if (!link.PortOpen())
         link.setPortOpen(true);
-    link.Output({CmdStop});
-    link.Output({CmdStop});
+    if (fastStreaming_) {
+        session_.owner().endStream();  // its stop is the pair
+    } else {
+        link.Output({CmdStop});
+        link.Output({CmdStop});
+    }
     link.setInBufferCount(0);
     session_.SensorOffTimer.start();
 }
 
 void SensorStream::GetAllSensorDataTimerTick()
 {
+    if (fastLogging_) {
+        fastTick();
+        return;
+    }
     if (session_.owner().busy()) {
         tickMissed_ = true;
         return;
@@ -122,6 +138,66 @@ void SensorStream::showReply(const LinkOwner::Reply& reply)
                 GetAllSensorDataTimerTick();
         });
     }
+}
+
+void SensorStream::setFastLogging(bool on)
+{
+    fastLogging_ = on;
+    if (!on && fastStreaming_)
+        session_.owner().endStream();
+}
+
+void SensorStream::fastTick()
+{
+    if (fastStreaming_) {
+        watchSilence();
+        return;
+    }
+    if (session_.owner().busy())
+        return;  // a read of someone else's: a later tick starts the stream
+    if (session_.PollingSwitch.toInt() != 2) {
+        session_.link().setInBufferCount(0);
+        return;
+    }
+    startFastStream();
+}
+
+void SensorStream::startFastStream()
+{
+    fastFrames_ = FastLoggingFrames();
+    lastFastFrameMs_ = now_();
+    fastStreaming_ = true;
+    // However the stream ends (monitoring off, the switch, a user action that
+    // takes the link, a disconnect, a pulled cable, the silence watch), the
+    // flag falls with it; while monitoring goes on, the next tick asks again.
+    const bool started = session_.owner().startStream(
+        fastLoggingPlan(), this, [this](const Bytes& bytes) { takeFastBytes(bytes); },
+        [this] { fastStreaming_ = false; });
+    if (!started)
+        fastStreaming_ = false;
+}
+
+void SensorStream::takeFastBytes(const Bytes& bytes)
+{
+    for (const Bytes& reply : fastFrames_.feed(bytes)) {
+        lastCycleTimedOut_ = false;
+        lastFastFrameMs_ = now_();
+        decodeFrame(reply);
+    }
+}
+
+// An ECU that stops sending (or never started) is asked again, as the reads
+// ask each tick: after the read's time-out, then at the pace of the probes.
+// One log line per outage.
+void SensorStream::watchSilence()
+{
+    const int limitMs = lastCycleTimedOut_ ? kProbeTimeoutMs : kReplyTimeoutMs;
+    if (now_() - lastFastFrameMs_ < limitMs)
+        return;
+    if (!lastCycleTimedOut_)
+        session_.log().AddLogMessage(timeoutMessage());
+    lastCycleTimedOut_ = true;
+    session_.owner().endStream();
 }
 
 bool SensorStream::decodeFrame(const std::vector<std::uint8_t>& reply)

@@ -1,12 +1,16 @@
 // The all-sensor stream: "Monitor On/Off", and every 100 ms one request
 // cycle that reads all thirteen sensors in one frame and writes them to the
-// labels, bars, Dash, Byte Viewer, large view and log.
+// labels, bars, Dash, Byte Viewer, large view and log. With Fast Logging on,
+// the request goes out once and the ECU streams until monitoring stops; each
+// of its frames takes the same way to the labels and the log.
 #pragma once
 
+#include "sensors/fast_logging_frames.h"
 #include "sensors/sensor_catalog.h"
 
 #include "rom/vq_table.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
 #include <array>
@@ -51,12 +55,28 @@ public:
     // Frames decoded since the program started.
     qint64 framesDecoded() const { return framesDecoded_; }
 
+    // Fast Logging. On: a tick that finds the link free starts the stream, and
+    // a tick while it runs only watches for silence. Off: a running stream
+    // ends (its stop pair) and the next tick reads as always.
+    void setFastLogging(bool on);
+    bool fastLogging() const { return fastLogging_; }
+    // The stream of Fast Logging runs now.
+    bool fastStreaming() const { return fastStreaming_; }
+    // Its frames as read since it last started.
+    const vexorin::sensors::FastLoggingFrames& fastFrames() const { return fastFrames_; }
+    // The clock of the silence watch, in milliseconds (tests step it).
+    void setClock(std::function<qint64()> now) { now_ = std::move(now); }
+
     // The air quantity and the speed and throttle classes of the last frame.
     const vexorin::rom::VqTable& vqTable() const { return vq_; }
 
 private:
     void monitorOnOffNow();
     void showReply(const std::optional<std::vector<std::uint8_t>>& reply);
+    void fastTick();
+    void startFastStream();
+    void takeFastBytes(const std::vector<std::uint8_t>& bytes);
+    void watchSilence();
     bool decode(const std::vector<std::uint8_t>& reply, int highByteDistance, bool log);
     void showSensor(vexorin::sensors::SensorId id, int hi, int lo, bool capturing);
 
@@ -71,5 +91,11 @@ private:
     bool lastCycleTimedOut_ = false;
     bool tickMissed_ = false;
     qint64 framesDecoded_ = 0;
+    bool fastLogging_ = false;
+    bool fastStreaming_ = false;
+    vexorin::sensors::FastLoggingFrames fastFrames_;
+    qint64 lastFastFrameMs_ = 0;
+    QElapsedTimer clock_;
+    std::function<qint64()> now_;
     vexorin::rom::VqTable vq_;
 };

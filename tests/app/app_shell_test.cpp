@@ -224,7 +224,8 @@ void AppShellTest::optionsItemsWriteTheirSettings()
             names << a->objectName();
     QCOMPARE(names, (QStringList{QStringLiteral("StayOnTop"), QStringLiteral("SetWindowSize"), QStringLiteral("MPH"),
                                  QStringLiteral("KPH"), QStringLiteral("WindowsSeven"), QStringLiteral("WindowsXP"),
-                                 QStringLiteral("UseConZultInterface"), QStringLiteral("NotifyPorts")}));
+                                 QStringLiteral("UseConZultInterface"), QStringLiteral("NotifyPorts"),
+                                 QStringLiteral("FastLogging")}));
 }
 
 void AppShellTest::colorFramePreviewsAndCancelStoresNothing()
