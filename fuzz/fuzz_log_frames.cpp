@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -17,11 +18,14 @@
 using namespace vexorin::logging;
 
 namespace {
-void require(bool ok)
+void check(bool ok, int line)
 {
-    if (!ok)
+    if (!ok) {
+        std::fprintf(stderr, "property of line %d broken\n", line);
         std::abort();
+    }
 }
+#define require(ok) check(ok, __LINE__)
 
 struct Read {
     std::vector<LogFrame> frames;

@@ -12,8 +12,10 @@ void LogChartData::add(const LogFrame& frame)
 {
     const bool first = firstLines_.empty();
     for (std::size_t k = 0; k < std::size_t(kFrameValues); ++k) {
-        const double v = frame.numbers[k];
-        values_[k].push_back(float(v));
+        // No reading comes near a billion: a figure beyond is drawn at the edge of that.
+        const float stored = float(std::clamp(frame.numbers[k], -1e9, 1e9));
+        const double v = stored;
+        values_[k].push_back(stored);
         min_[k] = first ? v : std::min(min_[k], v);
         max_[k] = first ? v : std::max(max_[k], v);
     }

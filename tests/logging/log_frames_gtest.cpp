@@ -239,3 +239,17 @@ TEST(ChartRange, ZoomKeepsThePointerStillAndStaysInsideTheLog)
     const ChartRange right = in.panned(1000, 1, 1001);
     EXPECT_DOUBLE_EQ(right.to, 1001);
 }
+
+TEST(LogChartData, AFigureBeyondAnyReadingIsDrawnAtTheEdge)
+{
+    LogChartData data;
+    LogFrame f;
+    f.numbers[1] = 7.7e49;  // a line of fifty digits
+    data.add(f);
+    f.numbers[1] = -7.7e49;
+    data.add(f);
+    EXPECT_FLOAT_EQ(float(data.maximum(1)), 1e9f);
+    EXPECT_FLOAT_EQ(float(data.minimum(1)), -1e9f);
+    for (const ChartPoint& p : data.envelope(1, 1, 2, 10))
+        EXPECT_TRUE(p.value >= data.minimum(1) && p.value <= data.maximum(1));
+}
