@@ -1,6 +1,7 @@
 // "Log Chart - <file name>": the series a log gives, the check boxes, zoom
 // and pan by wheel, drag and keys, the readout, and the link with the Log
 // Player both ways, reached from Tools and from the player's "Chart".
+#include "answered_dialogs.h"
 #include "app_rig.h"
 #include "logging/log_chart.h"
 #include "logging/log_chart_window.h"
@@ -80,22 +81,8 @@ QPoint pointOf(QChartView* view, double f)
 class LogChartTest : public QObject {
     Q_OBJECT
 private slots:
-    void init()
-    {
-        MessageBoxes::setPresenter([this](const QString& t, const QString&, bool) { boxes << t; });
-        mCommonDialog::setAnswerer([this](const mCommonDialog::DialogRequest& req, bool save) {
-            requests << QStringLiteral("%1 %2 %3").arg(save ? "save" : "open", req.defaultExtension, req.filter);
-            return answers.isEmpty() ? QString() : answers.takeFirst();
-        });
-    }
-    void cleanup()
-    {
-        MessageBoxes::setPresenter({});
-        mCommonDialog::setAnswerer({});
-        boxes.clear();
-        answers.clear();
-        requests.clear();
-    }
+    void init() { dialogs.install(); }
+    void cleanup() { dialogs.uninstall(); }
 
     void seriesComeFromTheLog();
     void checkBoxesChooseTheLanes();
@@ -106,9 +93,10 @@ private slots:
     void playersChartButtonOpensItsLog();
 
 private:
-    QStringList boxes;
-    QStringList answers;
-    QStringList requests;
+    AnsweredDialogs dialogs;
+    QStringList& boxes = dialogs.boxes;
+    QStringList& answers = dialogs.answers;
+    QStringList& requests = dialogs.requests;
     QTemporaryDir dir;
 };
 

@@ -1,5 +1,6 @@
 // "Export Log as CSV...": the export of crafted logs, the files it never
 // damages, the long log's progress, and the two ways in (File menu, Log Player).
+#include "answered_dialogs.h"
 #include "app_rig.h"
 #include "logging/csv_export_window.h"
 #include "logging/log_csv_export.h"
@@ -48,23 +49,8 @@ QByteArray read(const QString& path)
 class LogExportTest : public QObject {
     Q_OBJECT
 private slots:
-    void init()
-    {
-        MessageBoxes::setPresenter([this](const QString& t, const QString&, bool) { boxes << t; });
-        mCommonDialog::setAnswerer([this](const mCommonDialog::DialogRequest& req, bool save) {
-            requests << QStringLiteral("%1 %2 %3 %4").arg(save ? "save" : "open", req.defaultExtension, req.filter,
-                                                         req.fileSpec);
-            return answers.isEmpty() ? QString() : answers.takeFirst();
-        });
-    }
-    void cleanup()
-    {
-        MessageBoxes::setPresenter({});
-        mCommonDialog::setAnswerer({});
-        boxes.clear();
-        answers.clear();
-        requests.clear();
-    }
+    void init() { dialogs.install(); }
+    void cleanup() { dialogs.uninstall(); }
 
     void exportsFramesWithBadAndPartialOnes();
     void anEmptyLogGivesTheHeaderAlone();
@@ -74,9 +60,10 @@ private slots:
     void logPlayerExportsItsLoadedLog();
 
 private:
-    QStringList boxes;
-    QStringList answers;
-    QStringList requests;
+    AnsweredDialogs dialogs;
+    QStringList& boxes = dialogs.boxes;
+    QStringList& answers = dialogs.answers;
+    QStringList& requests = dialogs.requests;
     QTemporaryDir dir;
 };
 
@@ -203,7 +190,7 @@ void LogExportTest::fileMenuAsksForTheLogThenTheCsv()
     QCOMPARE(rig.window->findChild<QAction*>(QStringLiteral("ExportLogAsCsv"))->text(),
              QStringLiteral("Export Log as CSV..."));
     QCOMPARE(requests.size(), 2);
-    QCOMPARE(requests[0], QStringLiteral("open .log Log Files (*.log)|*.log "));
+    QCOMPARE(requests[0], QStringLiteral("open .log Log Files (*.log)|*.log"));
     QCOMPARE(requests[1], QStringLiteral("save .csv CSV Files (*.csv)|*.csv ") + dir.filePath(QStringLiteral("drive.csv")));
     QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("drive.csv"))));
 
