@@ -32,6 +32,7 @@
 #include "tools/register_viewer_window.h"
 #include "ui/message_box.h"
 #include "ui/owned_dialogs.h"
+#include "ui/regular_file.h"
 #include "voice/speech_engines_window.h"
 #include "voice/startup_announce_window.h"
 #include "voice/voice_gate.h"
@@ -40,7 +41,6 @@
 #include "rom/map_viewer.h"
 
 #include <QCloseEvent>
-#include <QFileInfo>
 #include <QTabWidget>
 
 using Kind = WindowRegistry::Kind;
@@ -149,22 +149,13 @@ void MainWindow::showMapViewer() { registry_.show(Kind::MapViewer); }
 void MainWindow::showBinViewer() { registry_.show(Kind::BinViewer); }
 void MainWindow::showBinCompare() { registry_.show(Kind::BinCompare); }
 void MainWindow::showLogPlayer() { registry_.show(Kind::LogPlayer); }
-namespace {
-bool sameFile(const QString& a, const QString& b)
-{
-    const QFileInfo x(a), y(b);
-    return x.absoluteFilePath() == y.absoluteFilePath() ||
-           (!x.canonicalFilePath().isEmpty() && x.canonicalFilePath() == y.canonicalFilePath());
-}
-}  // namespace
-
 LogChartWindow* MainWindow::openLogChart(const QString& logPath)
 {
     if (logPath.isEmpty())
         return nullptr;
     for (QWidget* w : registry_.all(Kind::LogChart)) {
         auto* chart = static_cast<LogChartWindow*>(w);
-        if (sameFile(chart->chart().path(), logPath)) {
+        if (vexorin::files::identity(chart->chart().path()) == vexorin::files::identity(logPath)) {
             if (!chart->load(logPath))  // read again: the log may have grown
                 return nullptr;
             chart->show();
@@ -191,7 +182,7 @@ void MainWindow::playLogFrom(const QString& logPath, qint64 firstLine)
 {
     auto* w = registry_.make<LogPlayerWindow>(Kind::LogPlayer);
     LogPlayer& player = w->player();
-    if (player.pathBox() == LogPlayer::kNoFile || !sameFile(player.pathBox(), logPath))
+    if (player.pathBox() == LogPlayer::kNoFile || vexorin::files::identity(player.pathBox()) != vexorin::files::identity(logPath))
         player.loadChosen(logPath);
     player.goToLine(firstLine);
     if (!w->isVisible())

@@ -1,5 +1,6 @@
 #include "logging/log_chart.h"
 
+#include "logging/log_file_reading.h"
 #include "logging/log_player.h"
 #include "sensors/sensor_catalog.h"
 #include "ui/regular_file.h"
@@ -17,13 +18,6 @@ namespace {
 // Ticked when a chart opens: what a tuner looks at first.
 constexpr SensorId kFirstTicked[] = {SensorId::RPM, SensorId::TPS, SensorId::MAF, SensorId::O2L, SensorId::INJ,
                                      SensorId::Timing};
-
-QString canonical(const QString& path)
-{
-    const QFileInfo info(path);
-    const QString c = info.canonicalFilePath();
-    return c.isEmpty() ? info.absoluteFilePath() : c;
-}
 }  // namespace
 
 LogChart::LogChart(QObject* parent) : QObject(parent)
@@ -60,18 +54,8 @@ bool LogChart::load(const QString& path, QString* error)
         return false;
     LogChartData data;
     LogFrameReader reader([&data](const LogFrame& f) { data.add(f); });
-    std::vector<char> buffer(1024 * 1024);
-    for (;;) {
-        const qint64 got = file.read(buffer.data(), qint64(buffer.size()));
-        if (got < 0) {
-            *error = file.errorString();
-            return false;
-        }
-        if (got == 0)
-            break;
-        reader.feed(buffer.data(), std::size_t(got));
-    }
-    reader.finish();
+    if (feedLog(file, reader, -1, error) < 0)
+        return false;
     data.setUnreadable(reader.unreadable());
     data_ = std::move(data);
     path_ = path;
@@ -108,18 +92,7 @@ QString LogChart::rangeText(int k) const
 {
     if (data_.frames() == 0)
         return {};
-    const bool twoDecimals =
-        vexorin::sensors::kSensors[std::size_t(k)].form == vexorin::sensors::TextForm::TwoDecimals;
-    const auto text = [twoDecimals](double v) {
-        QString s = QString::number(v, 'f', 2);
-        if (!twoDecimals) {
-            while (s.endsWith(QLatin1Char('0')))
-                s.chop(1);
-            if (s.endsWith(QLatin1Char('.')))
-                s.chop(1);
-        }
-        return s;
-    };
+    const auto text = [k](double v) { return QString::fromStdString(LogChartData::numberText(k, v)); };
     const QString unit = QString::fromUtf8(vexorin::sensors::unitSymbol(SensorId(k)));
     QString range = text(data_.minimum(k)) + QStringLiteral(" to ") + text(data_.maximum(k));
     if (!unit.isEmpty())
@@ -216,7 +189,7 @@ void LogChart::followNow()
 {
     std::int64_t at = -1;
     if (player_ && player_->pathBox() != LogPlayer::kNoFile && player_->shownLine() >= 0 &&
-        canonical(player_->pathBox()) == canonical(path_))
+        vexorin::files::identity(player_->pathBox()) == vexorin::files::identity(path_))
         at = data_.frameAtLine(player_->shownLine());
     if (at == cursor_)
         return;

@@ -68,18 +68,14 @@ std::vector<ChartPoint> LogChartData::envelope(int k, double from, double to, in
     return out;
 }
 
-std::string LogChartData::valueText(int k, std::int64_t index) const
+std::string LogChartData::numberText(int k, double v)
 {
-    using vexorin::sensors::TextForm;
-    const double v = value(k, index);
     char buf[48];
-    if (vexorin::sensors::kSensors[std::size_t(k)].form == TextForm::TwoDecimals) {
-        std::snprintf(buf, sizeof buf, "%.2f", v);
-        return buf;
-    }
-    // The log's values have at most two decimals: print those and drop trailing zeros.
     std::snprintf(buf, sizeof buf, "%.2f", v);
     std::string s = buf;
+    if (vexorin::sensors::kSensors[std::size_t(k)].form == vexorin::sensors::TextForm::TwoDecimals)
+        return s;
+    // The log's values have at most two decimals: print those and drop trailing zeros.
     while (!s.empty() && s.back() == '0')
         s.pop_back();
     if (!s.empty() && s.back() == '.')

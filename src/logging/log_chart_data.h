@@ -43,7 +43,9 @@ public:
 
     // Value k of frame `index` as text: two decimals for the volt readings,
     // the shortest form for the others ("1012.5", "-5", "0.46").
-    std::string valueText(int k, std::int64_t index) const;
+    std::string valueText(int k, std::int64_t index) const { return numberText(k, value(k, index)); }
+    // Any figure of value k in that form.
+    static std::string numberText(int k, double v);
 
 private:
     std::array<std::vector<float>, kFrameValues> values_;

@@ -362,14 +362,6 @@ QWidget* LogChartWindow::plot() const
     return view_;
 }
 
-QPushButton* LogChartWindow::button(const QString& caption) const
-{
-    for (auto* b : findChildren<QPushButton*>())
-        if (b->text() == caption)
-            return b;
-    return nullptr;
-}
-
 void LogChartWindow::changeEvent(QEvent* e)
 {
     QWidget::changeEvent(e);

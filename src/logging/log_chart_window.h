@@ -13,7 +13,6 @@ class LogChart;
 class LogChartView;
 class QCheckBox;
 class QLabel;
-class QPushButton;
 
 class LogChartWindow : public QWidget {
     Q_OBJECT
@@ -28,7 +27,6 @@ public:
     QCheckBox* checkBox(int k) const { return checks_[std::size_t(k)]; }
     QLabel* readout() const { return readout_; }
     QWidget* plot() const;
-    QPushButton* button(const QString& caption) const;
 
 protected:
     void changeEvent(QEvent* e) override;

@@ -1,12 +1,12 @@
 #include "logging/log_csv_export.h"
 
 #include "logging/log_csv.h"
+#include "logging/log_file_reading.h"
 #include "ui/regular_file.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QTimer>
-#include <vector>
 
 using namespace vexorin::logging;
 
@@ -36,7 +36,7 @@ bool LogCsvExport::open(const QString& logPath, const QString& csvPath, QString*
         *error = QStringLiteral("The log file could not be opened: ") + problem;
         return false;
     }
-    if (QFileInfo(csvPath).absoluteFilePath() == QFileInfo(logPath).absoluteFilePath()) {
+    if (vexorin::files::identity(csvPath) == vexorin::files::identity(logPath)) {
         log_.close();
         *error = QStringLiteral("The CSV file cannot take the place of its log: choose another name.");
         return false;
@@ -63,22 +63,14 @@ bool LogCsvExport::step()
 {
     if (!running_)
         return false;
-    std::vector<char> buffer(1024 * 1024);
-    for (qint64 slice = 0; slice < kSliceBytes;) {
-        const qint64 got = log_.read(buffer.data(), qint64(buffer.size()));
-        if (got < 0) {
-            end(QStringLiteral("The log file could not be read: ") + log_.errorString());
-            return false;
-        }
-        if (got == 0)
-            break;
-        reader_.feed(buffer.data(), std::size_t(got));
-        slice += got;
-        done_ += got;
+    QString error;
+    const qint64 got = feedLog(log_, reader_, kSliceBytes, &error);
+    if (got < 0) {
+        end(QStringLiteral("The log file could not be read: ") + error);
+        return false;
     }
+    done_ += got;
     const bool atEnd = log_.atEnd();
-    if (atEnd)
-        reader_.finish();
     if (csv_->write(rows_.data(), qint64(rows_.size())) != qint64(rows_.size())) {
         end(QStringLiteral("The CSV file could not be written: ") + csv_->errorString());
         return false;

@@ -136,6 +136,7 @@ LogPlayerWindow::LogPlayerWindow(QWidget* parent)
     picture_->setObjectName(QStringLiteral("SnapshotPicture"));
     picture_->hide();
 
+    logButtons_ = {button(QStringLiteral("Export CSV")), button(QStringLiteral("Chart"))};
     connect(&p, &LogPlayer::changed, this, &LogPlayerWindow::refresh);
     connect(&p, &LogPlayer::message, this, [this](const QString& t) { MessageBoxes::information(this, t); });
     resize(vexorin::ui::px(kWidthTwips), vexorin::ui::px(kHeightTwips));
@@ -163,10 +164,8 @@ void LogPlayerWindow::refresh()
         labels_[std::size_t(i - 14)]->setText(p.label(i));
     for (int i = 0; i < 13; ++i)
         bars_[std::size_t(i)]->setValue(p.bar(i));
-    // The log's own buttons wait for a log.
-    for (const char* caption : {"Export CSV", "Chart"})
-        if (QPushButton* b = button(QString::fromLatin1(caption)))
-            b->setEnabled(!loadedPath().isEmpty());
+    for (QPushButton* b : logButtons_)
+        b->setEnabled(!loadedPath().isEmpty());
 }
 
 QString LogPlayerWindow::loadedPath() const

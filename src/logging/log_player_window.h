@@ -51,4 +51,6 @@ private:
     QLabel* picture_;
     std::array<QLabel*, 14> labels_{};
     std::array<GradientBar*, 13> bars_{};
+    // "Export CSV" and "Chart": they wait for a log.
+    std::array<QPushButton*, 2> logButtons_{};
 };

@@ -1,6 +1,6 @@
 #include "rom/file_edits.h"
 
-#include <QFileInfo>
+#include "ui/regular_file.h"
 
 using namespace vexorin::rom;
 
@@ -12,9 +12,7 @@ FileEdits& FileEdits::shared()
 
 QString FileEdits::key(const QString& path)
 {
-    const QFileInfo info(path);
-    const QString canonical = info.canonicalFilePath();
-    return canonical.isEmpty() ? info.absoluteFilePath() : canonical;
+    return vexorin::files::identity(path);
 }
 
 bool FileEdits::finish(const QString& path, const WriteResult& result, Views views, QString* error, int* bytes)

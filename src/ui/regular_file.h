@@ -5,6 +5,7 @@
 #include "ui/binary_files.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QString>
 
 namespace vexorin::files {
@@ -26,6 +27,15 @@ inline bool openRegular(QFile& file, QIODevice::OpenMode mode, QString* error = 
     if (error)
         *error = problem;
     return problem.isEmpty();
+}
+
+// What names one file however it is reached (links and "..", relative or
+// absolute): its canonical path, or its absolute path while it does not exist.
+inline QString identity(const QString& path)
+{
+    const QFileInfo info(path);
+    const QString canonical = info.canonicalFilePath();
+    return canonical.isEmpty() ? info.absoluteFilePath() : canonical;
 }
 
 }  // namespace vexorin::files

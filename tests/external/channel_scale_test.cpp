@@ -2,13 +2,13 @@
 // fields, ready-made scales, OK, None, Cancel, Enter and Esc), the figure a
 // scaled gauge shows beside a reading box and bar that stay as they were, and
 // the scales kept in the settings.
+#include "answered_dialogs.h"
 #include "external/channel_scale_window.h"
 #include "external/external_sensors.h"
 #include "external/external_sensors_window.h"
 #include "external_rig.h"
 #include "ui/gradient_bar_widget.h"
 #include "ui/layout_audit.h"
-#include "ui/message_box.h"
 #include "widget_helpers.h"
 
 #include <QAccessible>
@@ -111,15 +111,8 @@ void setFields(ChannelScaleWindow* d, const QStringList& texts)
 class ChannelScaleTest : public QObject {
     Q_OBJECT
 private slots:
-    void init()
-    {
-        MessageBoxes::setPresenter([this](const QString& t, const QString&, bool) { boxes << t; });
-    }
-    void cleanup()
-    {
-        MessageBoxes::setPresenter({});
-        boxes.clear();
-    }
+    void init() { dialogs.install(); }
+    void cleanup() { dialogs.uninstall(); }
     void everyGaugeHasAScaleButtonAndAnEmptyFigure();
     void theWindowsFieldsAndButtons();
     void presetsFillTheFieldsOnly();
@@ -137,7 +130,8 @@ private slots:
     void layoutIsWholeWithAScaledGauge();
 
 private:
-    QStringList boxes;
+    AnsweredDialogs dialogs;
+    QStringList& boxes = dialogs.boxes;
 };
 
 void ChannelScaleTest::everyGaugeHasAScaleButtonAndAnEmptyFigure()

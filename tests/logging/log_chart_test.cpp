@@ -3,6 +3,7 @@
 // Player both ways, reached from Tools and from the player's "Chart".
 #include "answered_dialogs.h"
 #include "app_rig.h"
+#include "log_text.h"
 #include "logging/log_chart.h"
 #include "logging/log_chart_window.h"
 #include "logging/log_player.h"
@@ -23,27 +24,12 @@
 #include <QTest>
 
 namespace {
-// Frame i: RPM 1000 + 100 i, TPS 0.46, the rest fixed.
+// Frame i: RPM 1000 + 100 i, the rest fixed.
 QByteArray frame(int i)
 {
-    const QList<QByteArray> lines = {QByteArray("11/22/202619:28:") + QByteArray::number(10 + i % 50),
-                                     " 18.6 ",
-                                     " " + QByteArray::number(1000 + 100 * i) + " ",
-                                     "0.46",
-                                     "1.01",
-                                     "0.45",
-                                     "0.46",
-                                     " 2.5 ",
-                                     "-5 ",
-                                     " 12.5 ",
-                                     " 176 ",
-                                     " 86 ",
-                                     "12.00",
-                                     " 100 "};
-    QByteArray out;
-    for (const QByteArray& l : lines)
-        out += l + "\r\n";
-    return out;
+    QList<QByteArray> values = kLogValues;
+    values[1] = " " + QByteArray::number(1000 + 100 * i) + " ";
+    return logFrame(QByteArray("11/22/202619:28:") + QByteArray::number(10 + i % 50), values);
 }
 
 QString writeLog(const QTemporaryDir& dir, const QString& name, int frames, const QByteArray& tail = {})

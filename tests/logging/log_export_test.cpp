@@ -2,6 +2,7 @@
 // damages, the long log's progress, and the two ways in (File menu, Log Player).
 #include "answered_dialogs.h"
 #include "app_rig.h"
+#include "log_text.h"
 #include "logging/csv_export_window.h"
 #include "logging/log_csv_export.h"
 #include "logging/log_player.h"
@@ -24,12 +25,10 @@ const QByteArray kHeader =
 
 QByteArray frame(const QByteArray& stamp, const QByteArray& rpm = " 1012.5 ", const QByteArray& tps = "0.46")
 {
-    const QList<QByteArray> lines = {stamp, " 18.6 ", rpm, tps, "1.01", "0.45", "0.46", " 2.5 ", "-5 ", " 12.5 ",
-                                     " 176 ", " 86 ",  "12.00", " 100 "};
-    QByteArray out;
-    for (const QByteArray& l : lines)
-        out += l + "\r\n";
-    return out;
+    QList<QByteArray> values = kLogValues;
+    values[1] = rpm;
+    values[2] = tps;
+    return logFrame(stamp, values);
 }
 
 void write(const QString& path, const QByteArray& bytes)
