@@ -166,6 +166,13 @@ void LogChart::moveProbe(std::int64_t frames)
     keepInView(probe_);
 }
 
+void LogChart::goToFrame(std::int64_t index)
+{
+    setProbe(index);
+    if (probe_ >= 0)
+        keepInView(probe_);
+}
+
 void LogChart::keepInView(std::int64_t index)
 {
     const double x = double(index + 1);

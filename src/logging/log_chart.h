@@ -54,6 +54,10 @@ public:
     std::int64_t probe() const { return probe_; }
     void setProbe(std::int64_t index);
     void moveProbe(std::int64_t frames);
+    // Puts the readout on a frame (from 0) and brings it into view.
+    void goToFrame(std::int64_t index);
+    // The frame the readout shows: the keyboard's, else the Log Player's; -1 for none.
+    std::int64_t readoutFrame() const { return probe_ >= 0 ? probe_ : cursor_; }
 
     // The Log Player's frame, -1 when it shows no frame of this log.
     std::int64_t cursor() const { return cursor_; }

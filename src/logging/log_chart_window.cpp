@@ -15,9 +15,13 @@
 #include <QLabel>
 #include <QLineSeries>
 #include <QPushButton>
+#include <QSignalBlocker>
+#include <QSpinBox>
 #include <QValueAxis>
 #include <QVBoxLayout>
 #include <QWheelEvent>
+#include <algorithm>
+#include <climits>
 #include <cmath>
 
 using namespace vexorin::logging;
@@ -225,7 +229,7 @@ protected:
             break;
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            c_.choose(c_.probe());
+            c_.choose(c_.readoutFrame());
             break;
         default:
             return QChartView::keyPressEvent(e);
@@ -328,6 +332,21 @@ LogChartWindow::LogChartWindow(QWidget* parent)
         buttons->addWidget(b);
     }
     buttons->addStretch(1);
+    // The readout's frame by number, and to the Log Player: what a click and
+    // the keys do, for any way of input.
+    auto* frameLabel = new QLabel(tr("&Frame"), this);
+    frame_ = new QSpinBox(this);
+    frame_->setObjectName(QStringLiteral("FrameBox"));
+    frame_->setAccessibleName(tr("Frame"));
+    frame_->setRange(1, 1);
+    frame_->setMinimumWidth(frame_->fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + 24);
+    frameLabel->setBuddy(frame_);
+    connect(frame_, &QSpinBox::valueChanged, this, [this](int v) { chart_->goToFrame(v - 1); });
+    auto* show = new QPushButton(QStringLiteral("Show in Log Player"), this);
+    connect(show, &QPushButton::clicked, this, [this] { chart_->choose(chart_->readoutFrame()); });
+    buttons->addWidget(frameLabel);
+    buttons->addWidget(frame_);
+    buttons->addWidget(show);
     right->addLayout(buttons);
     h->addLayout(right, 1);
 
@@ -384,7 +403,13 @@ void LogChartWindow::refreshCursor()
 void LogChartWindow::refreshReadout()
 {
     view_->placeMarkers();
-    const std::int64_t frame = chart_->probe() >= 0 ? chart_->probe() : chart_->cursor();
+    const std::int64_t frame = chart_->readoutFrame();
+    {
+        const QSignalBlocker quiet(frame_);
+        frame_->setRange(1, int(std::clamp<std::int64_t>(chart_->data().frames(), 1, INT_MAX)));
+        if (frame >= 0)
+            frame_->setValue(int(frame + 1));
+    }
     QString text = chart_->readout(frame);
     if (text.isEmpty())
         text = chart_->data().frames() == 0 && !chart_->path().isEmpty()

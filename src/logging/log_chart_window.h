@@ -2,8 +2,10 @@
 // a lane of its own on its own scale. The mouse wheel zooms about the
 // pointer, a drag pans, a click moves the Log Player to the frame; the keys
 // do the same (arrows step the readout's frame, Enter shows it in the player,
-// Shift+arrows pan, + and - zoom, Home and End, 0 shows the whole log). The
-// window shows its LogChart and forwards the input to it.
+// Shift+arrows pan, + and - zoom, Home and End, 0 shows the whole log), and
+// so do the buttons, the "Frame" box and "Show in Log Player", for a screen
+// reader as for the mouse. The window shows its LogChart and forwards the
+// input to it.
 #pragma once
 
 #include <QWidget>
@@ -13,6 +15,7 @@ class LogChart;
 class LogChartView;
 class QCheckBox;
 class QLabel;
+class QSpinBox;
 
 class LogChartWindow : public QWidget {
     Q_OBJECT
@@ -26,6 +29,7 @@ public:
 
     QCheckBox* checkBox(int k) const { return checks_[std::size_t(k)]; }
     QLabel* readout() const { return readout_; }
+    QSpinBox* frameBox() const { return frame_; }
     QWidget* plot() const;
 
 protected:
@@ -40,5 +44,6 @@ private:
     LogChartView* view_;
     QLabel* readout_;
     QLabel* note_;
+    QSpinBox* frame_;
     std::array<QCheckBox*, 13> checks_{};
 };

@@ -12,6 +12,9 @@
 #include "ui/message_box.h"
 #include "widget_helpers.h"
 
+#include <QAccessible>
+#include <QAccessibleActionInterface>
+#include <QAccessibleValueInterface>
 #include <QChart>
 #include <QChartView>
 #include <QCheckBox>
@@ -19,6 +22,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLineSeries>
+#include <QSpinBox>
 #include <QTemporaryDir>
 #include <QValueAxis>
 #include <QTest>
@@ -77,6 +81,7 @@ private slots:
     void badEmptyAndMissingLogs();
     void cursorFollowsThePlayerAndAClickMovesIt();
     void playersChartButtonOpensItsLog();
+    void frameBoxAndShowButtonWorkForAnyInput();
 
 private:
     AnsweredDialogs dialogs;
@@ -295,6 +300,43 @@ void LogChartTest::playersChartButtonOpensItsLog()
     QCOMPARE(chart->windowTitle(), QStringLiteral("Log Chart - button.log"));
     QCOMPARE(chart->chart().cursor(), 1);
     QVERIFY(requests.isEmpty());  // no dialog: the player's log
+}
+
+void LogChartTest::frameBoxAndShowButtonWorkForAnyInput()
+{
+    AppRig rig;
+    rig.open();
+    const QString log = writeLog(dir, QStringLiteral("any-input.log"), 30);
+    LogChartWindow* chart = rig.window->openLogChart(log);
+    QVERIFY(chart);
+    QSpinBox* box = chart->frameBox();
+    QCOMPARE(box->maximum(), 30);
+    QCOMPARE(box->accessibleName(), QStringLiteral("Frame"));
+
+    // A screen reader sets the frame and presses the button.
+    QAccessibleInterface* boxAccess = QAccessible::queryAccessibleInterface(box);
+    QVERIFY(boxAccess && boxAccess->valueInterface());
+    boxAccess->valueInterface()->setCurrentValue(7);
+    QVERIFY(chart->readout()->text().startsWith(QStringLiteral("Frame 7: RPM 1600,")));
+    QPushButton* show = findButton(chart, QStringLiteral("Show in Log Player"));
+    QVERIFY(show);
+    QAccessibleInterface* showAccess = QAccessible::queryAccessibleInterface(show);
+    showAccess->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    LogPlayer& player = rig.window->logPlayerWindow()->player();
+    QTRY_COMPARE(player.label(15), QStringLiteral(" 1600 "));  // an accessible press is an animated click
+    QCOMPARE(chart->chart().cursor(), 6);
+
+    // The keyboard types a frame; the mouse presses the button.
+    box->setFocus();
+    box->selectAll();
+    QTest::keyClicks(box, QStringLiteral("25"));
+    QVERIFY(chart->readout()->text().startsWith(QStringLiteral("Frame 25: RPM 3400,")));
+    QVERIFY(chart->chart().range().from <= 25 && chart->chart().range().to >= 25);
+    QTest::mouseClick(show, Qt::LeftButton);
+    QCOMPARE(player.label(15), QStringLiteral(" 3400 "));
+    // The box follows the keys on the chart.
+    QTest::keyClick(chart->plot(), Qt::Key_Left);
+    QCOMPARE(box->value(), 24);
 }
 
 QTEST_MAIN(LogChartTest)
