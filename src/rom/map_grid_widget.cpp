@@ -122,7 +122,7 @@ const QColor MapGridWidget::kTraceColor(0xA0, 0x00, 0xC0);
 const QColor MapGridWidget::kCompareColor(0xFF, 0x8C, 0x00);
 const QColor MapGridWidget::kSelectionColor(0x10, 0x30, 0x90);
 
-void MapGridWidget::setSelection(const std::optional<vexorin::rom::MapSelection>& selection)
+void MapGridWidget::setMapSelection(const std::optional<vexorin::rom::MapSelection>& selection)
 {
     if (selection == selection_)
         return;

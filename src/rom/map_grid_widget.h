@@ -40,7 +40,7 @@ public:
     const TraceMarks& traceMarks() const { return trace_; }
     // The block selection: a tinted rectangle with a dark border.
     static const QColor kSelectionColor;
-    void setSelection(const std::optional<vexorin::rom::MapSelection>& selection);
+    void setMapSelection(const std::optional<vexorin::rom::MapSelection>& selection);
     const std::optional<vexorin::rom::MapSelection>& selection() const { return selection_; }
 
 signals:

@@ -147,7 +147,7 @@ void MapViewerWindow::updateEditActions()
 void MapViewerWindow::showSelection(int t)
 {
     const MapViewer::Tab& tab = viewer_->tab(t);
-    grid(t)->setSelection(tab.editMode ? tab.selection : std::nullopt);
+    grid(t)->setMapSelection(tab.editMode ? tab.selection : std::nullopt);
 }
 
 void MapViewerWindow::gridPressed(int t, int row, int column)
