@@ -50,7 +50,7 @@ using Kind = WindowRegistry::Kind;
 // sensor name dialog) join it when they appear.
 void MainWindow::registerWindowMakers()
 {
-    const auto window = [this](QWidget* w, bool deleteOnClose = false) {
+    const auto window = [](QWidget* w, bool deleteOnClose = false) {
         if (deleteOnClose)
             w->setAttribute(Qt::WA_DeleteOnClose);
         return w;
