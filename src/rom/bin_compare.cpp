@@ -1,6 +1,6 @@
 #include "rom/bin_compare.h"
 
-#include "rom/map_decoding.h"
+#include "rom/rules/map_decoding.h"
 #include "rom/region_views.h"
 #include "rom/register_regions.h"
 #include "rom/rom_image.h"

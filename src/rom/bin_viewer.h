@@ -4,7 +4,7 @@
 #pragma once
 
 #include "rom/file_edits.h"
-#include "rom/map_decoding.h"
+#include "rom/rules/map_decoding.h"
 #include "rom/map_grid.h"
 
 #include <QObject>

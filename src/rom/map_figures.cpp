@@ -1,6 +1,6 @@
 #include "rom/map_figures.h"
 
-#include "rom/map_decoding.h"
+#include "rom/rules/map_decoding.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,7 +2,7 @@
 // texts, band colours and the current cell.
 #pragma once
 
-#include "rom/map_decoding.h"
+#include "rom/rules/map_decoding.h"
 
 #include <QString>
 #include <array>

@@ -4,7 +4,7 @@
 // it shows whatever the grid shows, a hostile BIN file's headings included.
 #pragma once
 
-#include "rom/map_decoding.h"
+#include "rom/rules/map_decoding.h"
 #include "rom/map_grid.h"
 
 #include <QImage>

@@ -8,7 +8,7 @@
 #pragma once
 
 #include "consult/register_stream.h"
-#include "rom/live_trace.h"
+#include "rom/rules/live_trace.h"
 
 #include <QElapsedTimer>
 #include <QObject>

@@ -5,7 +5,7 @@
 
 #include "rom/file_edits.h"
 #include "rom/map_block.h"
-#include "rom/map_decoding.h"
+#include "rom/rules/map_decoding.h"
 #include "rom/map_grid.h"
 #include "rom/map_read_walk.h"
 #include "rom/map_trace.h"

@@ -8,7 +8,7 @@
 #include "sensors/fast_logging_frames.h"
 #include "sensors/sensor_catalog.h"
 
-#include "rom/vq_table.h"
+#include "rom/rules/vq_table.h"
 
 #include <QElapsedTimer>
 #include <QObject>

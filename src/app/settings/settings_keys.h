@@ -92,6 +92,22 @@ inline constexpr QLatin1StringView ScaleVolts2Key{"V2"};
 inline constexpr QLatin1StringView ScaleFigure2Key{"F2"};
 inline constexpr QLatin1StringView ScaleUnitKey{"Unit"};
 inline constexpr QLatin1StringView ScaleDecimalsKey{"Decimals"};
+// "Poll Checked Channels Only": "True" polls only the checked channels.
+inline constexpr SettingKey ExternalPollingCheckedOnly{L("ExternalPolling"), L("CheckedOnly"), L("False")};
+
+// Fuel Correction: the analysis settings, numbers with '.' as the decimal mark.
+inline constexpr SettingKey FuelCorrectionLag{L("FuelCorrection"), L("Lag"), L("300")};
+inline constexpr SettingKey FuelCorrectionMinSamples{L("FuelCorrection"), L("MinSamples"), L("5")};
+inline constexpr SettingKey FuelCorrectionMaxChange{L("FuelCorrection"), L("MaxChange"), L("10")};
+inline constexpr SettingKey FuelCorrectionMinWater{L("FuelCorrection"), L("MinWater"), L("160")};
+inline constexpr SettingKey FuelCorrectionSteadyRpm{L("FuelCorrection"), L("SteadyRpm"), L("150")};
+inline constexpr SettingKey FuelCorrectionSteadyTps{L("FuelCorrection"), L("SteadyTps"), L("0.10")};
+inline constexpr SettingKey FuelCorrectionUseAlpha{L("FuelCorrection"), L("UseAlpha"), L("True")};
+
+// The built-in simulators: the fuel error of the simulated engine in percent
+// (8 runs 8 % lean) and a BIN file served as the simulated ECU's ROM.
+inline constexpr SettingKey SimulatorFuelError{L("Simulator"), L("FuelError"), L("0")};
+inline constexpr SettingKey SimulatorRomFile{L("Simulator"), L("RomFile"), L("")};
 
 // Linux port discovery: extra device paths (any key, value = path) and the
 // remembered COM number of every path seen (key COMn, value = path).

@@ -1,7 +1,7 @@
-#include "rom/live_trace.h"
+#include "rom/rules/live_trace.h"
 
-#include "rom/map_decoding.h"
-#include "rom/vq_table.h"
+#include "rom/rules/map_decoding.h"
+#include "rom/rules/vq_table.h"
 
 #include <algorithm>
 #include <cmath>
