@@ -4,7 +4,7 @@
 // walk stood, in the bank it stands in, and leaves the walk on the last of
 // them. Then a fresh read of one map: every burst starts on a multiple of
 // eight inside one bank, and the read ends, in 36 bursts.
-#include "rom/map_decoding.h"
+#include "rom/rules/map_decoding.h"
 #include "rom/map_read_walk.h"
 
 #include <cstddef>

@@ -3,7 +3,7 @@
 // how the bytes were cut, each stands behind FF 04 in what came, and every
 // frame places the engine inside the map with a finite, positive load.
 #include "consult/register_stream.h"
-#include "rom/live_trace.h"
+#include "rom/rules/live_trace.h"
 
 #include <cmath>
 #include <cstddef>

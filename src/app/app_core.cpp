@@ -33,6 +33,19 @@
 #include <functional>
 
 namespace {
+// The simulator rows' car as the settings describe it: a fuel error in percent
+// ('.' as the decimal mark; anything else reads as 0) and a ROM file.
+SimulatorConfig simulatorConfig(const SettingsStore& store, SessionLog& log)
+{
+    SimulatorConfig c;
+    bool ok = false;
+    const double error = readSettingOrDefault(store, Settings::SimulatorFuelError).trimmed().toDouble(&ok);
+    c.fuelError = ok ? error : 0.0;
+    c.romFile = readSetting(store, Settings::SimulatorRomFile).trimmed();
+    c.note = [&log](const QString& line) { log.AddLogMessage(line); };
+    return c;
+}
+
 // A session recording: a setting may name anything, but only a regular file (or a new one) is written.
 std::unique_ptr<QIODevice> openRecordingFile(const QString& path, QString* error)
 {
@@ -52,6 +65,7 @@ AppCore::AppCore(SettingsStore& store, SpeechOut& speech, QObject* parent)
       cells_(std::make_unique<ByteViewerCells>()),
       voice_(std::make_unique<VoiceGate>(speech))
 {
+    catalog_.setSimulatorConfig([this] { return simulatorConfig(store_, *log_); });
     link_ = std::make_unique<ConsultLink>(
         [this](int port, QString* error) { return catalog_.makeTransport(port, error); });
     outputs_ = std::make_unique<SessionViews>(*panels_, *cells_, *voice_);

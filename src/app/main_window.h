@@ -31,6 +31,7 @@ class GraphTestWindow;
 class ColorPicker;
 class QCheckBox;
 class LogChartWindow;
+class FuelCorrectionWindow;
 class LogPlayerWindow;
 class MapViewerWindow;
 class BinViewerWindow;
@@ -81,6 +82,10 @@ public:
     // The Map Viewer with file A loaded and the map of `tab` (index of kMaps)
     // on view, for a map row of the BIN Compare; `b` is the file it is compared with.
     void openMapCompare(int tab, const QString& a, const QString& b);
+
+    // Tools, Fuel Correction: the fuel map corrected from a wideband run.
+    FuelCorrectionWindow* fuelCorrectionWindow() const;
+    void showFuelCorrection();
 
     // External sensors: the External Gauge Monitor, while it is open.
     ExternalSensorsWindow* externalSensorsWindow() const;

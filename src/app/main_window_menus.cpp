@@ -171,6 +171,7 @@ void MainWindow::buildMenus()
     add(tools, "MapViewer", QStringLiteral("Map Viewer/Editor"), [this] { showMapViewer(); });
     add(tools, "BinFileViewer", QStringLiteral("BIN File Viewer/Editor"), [this] { showBinViewer(); });
     add(tools, "CompareBinFiles", QStringLiteral("Compare BIN Files"), [this] { showBinCompare(); });
+    add(tools, "FuelCorrection", QStringLiteral("Fuel Correction"), [this] { showFuelCorrection(); });
 
     // The ECU tools: BIN File Downloader, E.C.U. Register Viewer, Active Test.
     ecuTools_ = new EcuToolWindows(core_, registry_, tools, this);

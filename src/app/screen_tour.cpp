@@ -28,10 +28,14 @@
 #include "rom/map_viewer_window.h"
 #include "tools/active_test_window.h"
 #include "tools/bin_file_downloader_window.h"
+#include "tools/fuel_correction.h"
+#include "tools/fuel_correction_window.h"
+#include "tools/simulated_run.h"
 #include "tools/register_viewer_window.h"
 #include "sensors/sensor_catalog.h"
 #include "sensors/sensor_stream.h"
 #include "sim/ecu_simulator.h"
+#include "sim/simulated_car.h"
 #include "ui/binary_files.h"
 #include "ui/common_dialog.h"
 #include "ui/message_box.h"
@@ -334,6 +338,24 @@ bool ScreenTour::run(const Visitor& visit)
              if (QWidget* dialog = gauges->channelScaleWindow())
                  click(dialog, QStringLiteral("Pressure 0.5-4.5 V"));
              return static_cast<QWidget*>(gauges->channelScaleWindow());
+         }},
+        {"fuel-correction", 300, [=] {
+             // Three minutes of the simulated car, 8 % lean on its own ROM, recorded and analysed.
+             vexorin::sim::SimulatedCar car;
+             car.setFuelError(8);
+             const auto& rom = car.ecu().rom();
+             const QString bin = files_.filePath(QStringLiteral("simulator.bin"));
+             const QString run = files_.filePath(QStringLiteral("run-simulator.csv"));
+             vexorin::files::WriteBytes(bin.toStdString(), std::vector<std::uint8_t>(rom.begin(), rom.end()), nullptr);
+             const std::string text = vexorin::tools::recordSimulatedRun(car, 180);
+             vexorin::files::WriteBytes(run.toStdString(), std::vector<std::uint8_t>(text.begin(), text.end()), nullptr);
+             trigger(QStringLiteral("FuelCorrection"));
+             FuelCorrectionWindow* w = window_.fuelCorrectionWindow();
+             if (w) {
+                 w->correction().openBin(bin);
+                 w->correction().openRuns({run});
+             }
+             return static_cast<QWidget*>(w);
          }},
         {"sensor-name", 100, [=] {
              if (auto* gauges = qobject_cast<ExternalSensorsWindow*>(topLevel(QStringLiteral("ExternalSensors"))))

@@ -29,6 +29,7 @@
 #include "sensors/dash_window.h"
 #include "tools/active_test_window.h"
 #include "tools/bin_file_downloader_window.h"
+#include "tools/fuel_correction_window.h"
 #include "tools/register_viewer_window.h"
 #include "ui/message_box.h"
 #include "ui/owned_dialogs.h"
@@ -104,6 +105,12 @@ void MainWindow::registerWindowMakers()
              connect(w, &ExternalSensorsWindow::interfaceCheckRequested, this, &MainWindow::showInterfaceCheck);
              return window(w, true);
          }},
+        {Kind::FuelCorrection, [this] {
+             return new FuelCorrectionWindow(core_.store(), core_.session(), core_.stream(), core_.displays(), [this] {
+                 ExternalSensorsWindow* gauges = externalSensorsWindow();
+                 return gauges ? &gauges->sensors() : nullptr;
+             }, this);
+         }},
         {Kind::SpeechEngines, [this] { return new SpeechEnginesWindow(this); }},
         {Kind::Splash, [=] { return window(new SplashWindow(core_.splash(), this), true); }},
     };
@@ -123,6 +130,7 @@ FaultCodesWindow* MainWindow::faultCodesWindow() const { return registry_.existi
 SpeechEnginesWindow* MainWindow::speechEnginesWindow() const { return registry_.existing<SpeechEnginesWindow>(Kind::SpeechEngines); }
 GraphTestWindow* MainWindow::graphTestWindow() const { return registry_.existing<GraphTestWindow>(Kind::GraphTest); }
 LogPlayerWindow* MainWindow::logPlayerWindow() const { return registry_.existing<LogPlayerWindow>(Kind::LogPlayer); }
+FuelCorrectionWindow* MainWindow::fuelCorrectionWindow() const { return registry_.existing<FuelCorrectionWindow>(Kind::FuelCorrection); }
 LogChartWindow* MainWindow::logChartWindow() const { return registry_.existing<LogChartWindow>(Kind::LogChart); }
 MapViewerWindow* MainWindow::mapViewerWindow() const { return registry_.existing<MapViewerWindow>(Kind::MapViewer); }
 BinViewerWindow* MainWindow::binViewerWindow() const { return registry_.existing<BinViewerWindow>(Kind::BinViewer); }
@@ -193,6 +201,7 @@ void MainWindow::showFaultCodes() { registry_.show(Kind::FaultCodes); }
 void MainWindow::showSplash() { registry_.show(Kind::Splash); }
 void MainWindow::showCredits() { registry_.show(Kind::Credits); }
 void MainWindow::showExternalSensors() { registry_.show(Kind::ExternalSensors); }
+void MainWindow::showFuelCorrection() { registry_.show(Kind::FuelCorrection); }
 
 // A map's row of the BIN Compare: the Map Viewer, as Tools, Map Viewer/Editor shows it.
 void MainWindow::openMapCompare(int tab, const QString& a, const QString& b)

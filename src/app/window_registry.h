@@ -16,7 +16,7 @@ public:
     // The kinds of window, in the order the main window unloads them.
     enum class Kind {
         Credits, HexChart, MapViewer, StartupAnnounce, ByteViewer, GraphTest, BinViewer, BinCompare, BinFileDownloader,
-        ActiveTest, LogChart, LogPlayer, RegisterViewer, InterfaceCheck, FaultCodes, Dash, ExternalSensors, SensorName,
+        ActiveTest, FuelCorrection, LogChart, LogPlayer, RegisterViewer, InterfaceCheck, FaultCodes, Dash, ExternalSensors, SensorName,
         SpeechEngines, Splash,
     };
     static constexpr int kKinds = int(Kind::Splash) + 1;

@@ -164,7 +164,7 @@ SerialTransport* PortCatalog::makeTransport(int number, QString* error) const
     }
     SerialTransport* t = nullptr;
     if (path == kSimulatorPath)
-        t = new SimulatorTransport;
+        t = new SimulatorTransport(nullptr, simulatorConfig_);
     else
         t = new QtSerialTransport(path);
     const QString record =

@@ -8,6 +8,7 @@
 
 #include "consult/dev_lister.h"
 #include "consult/port_settings.h"
+#include "consult/shared_simulation.h"
 
 #include <QList>
 #include <QString>
@@ -33,6 +34,10 @@ public:
 
     // Without an opener no session is recorded, whatever the settings say.
     explicit PortCatalog(PortSettings& store, RecordingFileOpener openRecording = {});
+
+    // Where the simulator rows' car takes its fuel error and ROM file from, each time one of them is opened.
+    void setSimulatorConfig(SimulatorConfigSource source) { simulatorConfig_ = std::move(source); }
+    const SimulatorConfigSource& simulatorConfig() const { return simulatorConfig_; }
 
     // Replaces the system's serial device list (tests).
     void setSystemPorts(std::function<QList<SystemPort>()> provider) { systemPorts_ = std::move(provider); }
@@ -60,4 +65,5 @@ private:
     PortSettings& store_;
     RecordingFileOpener openRecording_;
     std::function<QList<SystemPort>()> systemPorts_;
+    SimulatorConfigSource simulatorConfig_;
 };

@@ -1,8 +1,11 @@
 #include "consult/simulator_transport.h"
 
-// The seed of the standalone tool: a ROM downloaded from this simulator equals
-// the file that `vexorin-ecu-sim --write-rom` writes.
-SimulatorTransport::SimulatorTransport(QObject* parent)
-    : SimulatedDeviceTransport(parent, vexorin::sim::kDefaultSeed)
+SimulatorTransport::SimulatorTransport(QObject* parent, const SimulatorConfigSource& config)
+    : SimulatedDeviceTransport(parent, SharedSimulation::car(config))
+{
+}
+
+SimulatorTransport::SimulatorTransport(std::shared_ptr<SharedCar> car, QObject* parent)
+    : SimulatedDeviceTransport(parent, std::move(car))
 {
 }

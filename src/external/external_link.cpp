@@ -14,6 +14,12 @@ ExternalLink::ExternalLink(TransportFactory factory, QObject* parent)
 
 ExternalLink::~ExternalLink()
 {
+    // The window went away while polling: whoever watches learns that it stopped.
+    if (polling()) {
+        ChannelRequestTimer.stop();
+        ChannelReplyTimer.stop();
+        emit pollingChanged(false);
+    }
     if (transport_) {
         transport_->close();
         delete transport_;
@@ -124,24 +130,49 @@ void ExternalLink::setReading(int n, const QString& text)
     emit channelChanged(n);
 }
 
+bool ExternalLink::polling() const
+{
+    return ChannelRequestTimer.isActive() || ChannelReplyTimer.isActive();
+}
+
 void ExternalLink::Start()
 {
+    const bool was = polling();
     ChannelRequestTimer.start();
+    if (!was)
+        emit pollingChanged(true);
 }
 
 void ExternalLink::Stop()
 {
+    const bool was = polling();
     ChannelRequestTimer.stop();
     ChannelReplyTimer.stop();
+    asked_ = 0;
     for (int n = 1; n <= kChannelCount; ++n)
         setBar(n, 0);
     for (int n = 1; n <= kChannelCount; ++n)
         setReading(n, QString::fromLatin1(vexorin::external::kIdleReading));
+    if (was)
+        emit pollingChanged(false);
+}
+
+int ExternalLink::firstCheckedFrom(int from) const
+{
+    for (int i = 0; i < kChannelCount; ++i) {
+        const int n = (from - 1 + i) % kChannelCount + 1;
+        if (checked(n))
+            return n;
+    }
+    return 0;
 }
 
 void ExternalLink::ChannelRequestTimerTick()
 {
-    if (PortOpen() && tracker_ >= 1 && tracker_ <= kChannelCount)
+    asked_ = checkedOnly_ ? firstCheckedFrom(tracker_) : tracker_;
+    if (asked_ > 0)
+        tracker_ = asked_;
+    if (asked_ > 0 && PortOpen() && tracker_ >= 1 && tracker_ <= kChannelCount)
         transport_->write(QByteArray(1, kChannels[std::size_t(tracker_ - 1)].letter));
     ChannelRequestTimer.stop();
     ChannelReplyTimer.start();
@@ -154,10 +185,17 @@ void ExternalLink::ChannelReplyTimerTick()
         transport_->bytesAvailable();  // picks up what the driver holds
         reply = QString::fromLatin1(transport_->readAll());
     }
+    // Checked channels only, and none was asked this slot: the bytes are
+    // dropped and the channel in turn stays.
+    const bool idle = checkedOnly_ && asked_ == 0;
+    asked_ = 0;
     const int read = tracker_;
-    tracker_ = vexorin::external::nextChannel(tracker_);
+    if (!idle)
+        tracker_ = vexorin::external::nextChannel(tracker_);
     ChannelReplyTimer.stop();
     ChannelRequestTimer.start();
-    if (checked(read))
+    if (!idle && checked(read)) {
         setReading(read, reply);
+        emit readingTaken(read, reply);
+    }
 }

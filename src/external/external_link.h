@@ -9,6 +9,14 @@
 // moves on to the next channel and shows the reply if that channel's box is
 // checked. Exactly one of the two timers runs while polling. Every error of a
 // tick is ignored: a closed or pulled-out port gives empty replies.
+//
+// By default the round asks all eight channels, checked or not, so a channel
+// is read every 800 ms. With `checkedOnly` on, each request tick asks the
+// first checked channel from `tracker` on instead, so the checked channels
+// share the slots between them (one checked channel: every 100 ms). The boxes
+// are looked at afresh at every request tick, so a box ticked or cleared
+// while polling counts from the next slot. With no box checked the timers keep
+// their pace, nothing is sent, and whatever arrives is read and dropped.
 #pragma once
 
 #include "consult/serial_transport.h"
@@ -56,10 +64,17 @@ public:
     void setReading(int channel, const QString& text);
     int bar(int channel) const;
 
+    // Asks only the checked channels (see above). Off at first.
+    bool checkedOnly() const { return checkedOnly_; }
+    void setCheckedOnly(bool on) { checkedOnly_ = on; }
+
     // Start: `ChannelRequestTimer` runs. Stop: both timers off, bars to 0,
     // reading boxes to "0.00V"; `tracker` keeps its value.
     void Start();
     void Stop();
+    // Whether the round runs, that is either timer is active. A closed or
+    // pulled-out port does not stop it; Stop and the link's end do.
+    bool polling() const;
 
     void ChannelRequestTimerTick();
     void ChannelReplyTimerTick();
@@ -72,6 +87,12 @@ signals:
     void channelChanged(int channel);
     // The port opened or closed, by a user or because the device went away.
     void portChanged();
+    // A checked channel's reply was taken into its reading box, at every reply
+    // tick that does so, whether or not the box's text changed.
+    void readingTaken(int channel, const QString& reply);
+    // `polling()` changed: by Start, by Stop, or false when the link goes
+    // away with its window while polling.
+    void pollingChanged(bool polling);
 
 private:
     struct Channel {
@@ -82,6 +103,8 @@ private:
     Channel* channel(int n);
     const Channel* channel(int n) const;
     void setBar(int n, int value);
+    // The first checked channel from `from` on, round past 8 to 1; 0 when none is checked.
+    int firstCheckedFrom(int from) const;
 
     TransportFactory factory_;
     QPointer<SerialTransport> transport_;
@@ -89,5 +112,8 @@ private:
     QString settings_ = QString::fromLatin1(kDefaultSettings);
     int rThreshold_ = 0;
     int tracker_ = 1;
+    bool checkedOnly_ = false;
+    // The channel asked by the last request tick, until its reply tick; 0 for none.
+    int asked_ = 0;
     std::array<Channel, vexorin::external::kChannelCount> channels_;
 };

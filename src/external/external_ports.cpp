@@ -39,9 +39,11 @@ SerialTransport* makeTransport(const PortCatalog& catalog, int number, QString* 
         return nullptr;
     }
     if (path == kDlpSimulatorPath)
-        return new DlpSimulatorTransport;
+        return new DlpSimulatorTransport(nullptr, catalog.simulatorConfig());
+    // An ECU of its own, which answers no request letter: the letters must not
+    // reach the ECU the Consult port may be talking to.
     if (path == PortCatalog::kSimulatorPath)
-        return new SimulatorTransport;  // the simulated ECU answers no request letter
+        return new SimulatorTransport(SharedSimulation::separateCar());
     auto* port = new QtSerialTransport(path);
     port->setBaudRate(kBaudRate);
     return port;

@@ -43,6 +43,7 @@ QString ExternalSensors::name(int channel) const
 void ExternalSensors::Load()
 {
     notifySelected_ = readSetting(store_, Settings::NotifySelected) == QLatin1String("True");
+    link_.setCheckedOnly(readSettingOrDefault(store_, Settings::ExternalPollingCheckedOnly) == QLatin1String("True"));
     for (int n = 1; n <= kChannelCount; ++n) {
         const QString on = store_.ReadSetting(gaugeSection(Settings::ExSensorSectionPrefix, n), kSettingKey);
         link_.setChecked(n, on == QLatin1String("True"));
@@ -174,6 +175,14 @@ void ExternalSensors::ToggleNotifySelected()
 {
     notifySelected_ = !notifySelected_;
     writeSetting(store_, Settings::NotifySelected, notifySelected_ ? QStringLiteral("True") : QStringLiteral("False"));
+    emit changed();
+}
+
+void ExternalSensors::TogglePollCheckedOnly()
+{
+    link_.setCheckedOnly(!link_.checkedOnly());
+    writeSetting(store_, Settings::ExternalPollingCheckedOnly,
+                 link_.checkedOnly() ? QStringLiteral("True") : QStringLiteral("False"));
     emit changed();
 }
 

@@ -40,6 +40,8 @@ public:
     QString name(int channel) const;
     bool notifySelectedChecked() const { return notifySelected_; }
     bool displayPercentageChecked() const { return displayPercentage_; }
+    // Options, "Poll Checked Channels Only": the link asks only the checked channels.
+    bool pollCheckedOnlyChecked() const { return link_.checkedOnly(); }
 
     // The `ExternalPort` items, counted from 1.
     const PortRows& portItems() const { return portItems_; }
@@ -55,6 +57,7 @@ public:
     void UpdatePortInfo();
     void ToggleDisplayPercentage();
     void ToggleNotifySelected();
+    void TogglePollCheckedOnly();
 
     // The Sensor Name window: its heading for a gauge ("External Sensor 1" to
     // "External Sensor 8") and the text its box starts with, the saved name.

@@ -9,6 +9,7 @@
 #include "ui/port_menu_items.h"
 
 #include <QCheckBox>
+#include <QCloseEvent>
 #include <QEvent>
 #include <QFrame>
 #include <QHBoxLayout>
@@ -84,7 +85,10 @@ void ExternalSensorsWindow::buildMenus()
                           [&s] { s.ToggleNotifySelected(); });
     displayPercentage_ = add(options, "DisplayPercentage", QStringLiteral("Display Percentage in Valuebar"),
                              [&s] { s.ToggleDisplayPercentage(); });
-    for (QAction* a : {notifySelected_, displayPercentage_})
+    pollCheckedOnly_ = add(options, "PollCheckedOnly", QStringLiteral("Poll Checked Channels Only"),
+                           [&s] { s.TogglePollCheckedOnly(); });
+    pollCheckedOnly_->setToolTip(tr("Read only the ticked channels, each in turn, instead of all eight"));
+    for (QAction* a : {notifySelected_, displayPercentage_, pollCheckedOnly_})
         a->setCheckable(true);
 }
 
@@ -208,6 +212,7 @@ void ExternalSensorsWindow::refresh()
     }
     notifySelected_->setChecked(sensors_->notifySelectedChecked());
     displayPercentage_->setChecked(sensors_->displayPercentageChecked());
+    pollCheckedOnly_->setChecked(sensors_->pollCheckedOnlyChecked());
     refreshPortItems();
 }
 
@@ -258,6 +263,13 @@ void ExternalSensorsWindow::rename(int channel)
         sensorName_ = new SensorNameWindow(
             [this](const QString& heading, const QString& text) { sensors_->RenameOk(heading, text); }, this);
     sensorName_->open(ExternalSensors::renameHeading(channel), sensors_->savedName(channel));
+}
+
+void ExternalSensorsWindow::closeEvent(QCloseEvent* event)
+{
+    if (sensors_->link().polling())
+        sensors_->link().Stop();
+    QMainWindow::closeEvent(event);
 }
 
 bool ExternalSensorsWindow::eventFilter(QObject* watched, QEvent* event)

@@ -3,8 +3,9 @@
 // buttons "Connect/Disconnect", "Start" and "Stop", the status text, and the
 // menus File, Ports and Options. Double-clicking a gauge's name opens the
 // Sensor Name window. A gauge's "Scale..." button opens the Channel Scale
-// window; a scaled gauge shows its figure ("14.68 AFR") under its reading box. The window owns its `ExternalSensors` and so its port:
-// closing the window closes the port.
+// window; a scaled gauge shows its figure ("14.68 AFR") under its reading box.
+// The window owns its `ExternalSensors` and so its port: closing the window
+// stops polling, and the port closes when the window goes.
 #pragma once
 
 #include <QMainWindow>
@@ -53,6 +54,8 @@ signals:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    // Polling ends with the window.
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     struct Gauge {
@@ -79,6 +82,7 @@ private:
     QList<QAction*> portItems_;
     QAction* notifySelected_ = nullptr;
     QAction* displayPercentage_ = nullptr;
+    QAction* pollCheckedOnly_ = nullptr;
     SensorNameWindow* sensorName_ = nullptr;
     ChannelScaleWindow* channelScale_ = nullptr;
 };

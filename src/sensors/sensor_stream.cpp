@@ -224,6 +224,8 @@ bool SensorStream::decode(const std::vector<std::uint8_t>& reply, int highByteDi
         showSensor(s.id, hi, lo, capturing);
     }
     ++framesDecoded_;
+    if (log)
+        emit frameShown();
     return true;
 }
 

@@ -46,6 +46,7 @@ public:
     void setGraphTestStopHook(std::function<void()> hook) { graphTestStop_ = std::move(hook); }
     // Decimal and grouping symbols of the displayed numbers.
     void setNumberSymbols(const vexorin::sensors::NumberSymbols& s) { symbols_ = s; }
+    const vexorin::sensors::NumberSymbols& numberSymbols() const { return symbols_; }
 
     // Decodes one 50-byte reply as a frame (true when position 33 held the frame start).
     bool decodeFrame(const std::vector<std::uint8_t>& reply);
@@ -69,6 +70,10 @@ public:
 
     // The air quantity and the speed and throttle classes of the last frame.
     const vexorin::rom::VqTable& vqTable() const { return vq_; }
+
+signals:
+    // A frame of the stream went to the labels (not one of the Active Test's).
+    void frameShown();
 
 private:
     void monitorOnOffNow();

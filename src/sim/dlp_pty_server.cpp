@@ -1,7 +1,7 @@
 #include "sim/dlp_pty_server.h"
 
 #include "sim/console_lines.h"
-#include "sim/pty_link.h"
+#include "sim/dlp_pty_port.h"
 
 #include <cerrno>
 #include <chrono>
@@ -10,26 +10,10 @@
 #include <cstring>
 #include <poll.h>
 #include <sstream>
-#include <unistd.h>
 
 namespace vexorin::sim {
 
 namespace {
-
-std::string printable(const std::uint8_t* b, std::size_t n)
-{
-    std::string s;
-    for (std::size_t i = 0; i < n; ++i) {
-        char hex[8];
-        if (b[i] >= 0x20 && b[i] < 0x7F)
-            s.push_back(char(b[i]));
-        else {
-            std::snprintf(hex, sizeof hex, "\\x%02X", b[i]);
-            s += hex;
-        }
-    }
-    return s;
-}
 
 bool parseLate(const std::string& v, int& ms)
 {
@@ -99,7 +83,8 @@ std::string dlpToolUsage(const std::string& program)
         "A simulated DLP-IO8-G data-acquisition device behind a pseudo-terminal.\n"
         "The first line on standard output is \"PTY <slave path>\"; open that path\n"
         "as the external sensor port. Each request letter Z X C V B N M , (channels\n"
-        "1 to 8) is answered with a reading such as 2.34V.\n"
+        "1 to 8) is answered with a reading such as 2.34V. For a DLP-IO8-G whose\n"
+        "channel 1 reads the wideband of a simulated engine, see vexorin-ecu-sim --dlp-link.\n"
         "\n"
         "Options:\n"
         "  --late MS        answer MS milliseconds after each request\n"
@@ -161,11 +146,11 @@ int runDlpPtyServer(const DlpToolOptions& options, const volatile std::sig_atomi
 {
     DlpSimulator sim(options.seed);
     sim.setFaults(options.faults);
-    PtyLink pty;
+    DlpPtyPort port(sim, options.verbose, io.log);
     ConsoleLines console(io.commandFd);
-    if (!openToolPty(pty, options.linkPath, "vexorin-dlp-sim", io))
+    if (!openToolPty(port.pty(), options.linkPath, "vexorin-dlp-sim", io))
         return 1;
-    const std::string slave = pty.slavePath();
+    const std::string slave = port.pty().slavePath();
     std::fprintf(io.log, "vexorin-dlp-sim: DLP-IO8-G on %s%s%s, seed %u\n", slave.c_str(),
                  options.linkPath.empty() ? "" : " via ", options.linkPath.c_str(), options.seed);
     std::fflush(io.log);
@@ -175,9 +160,9 @@ int runDlpPtyServer(const DlpToolOptions& options, const volatile std::sig_atomi
     std::uint64_t simMs = 0;
     bool quit = false;
     while (stop == 0 && !quit) {
-        pollfd fds[2] = {{pty.masterFd(), POLLIN, 0}, {io.commandFd, POLLIN, 0}};
+        pollfd fds[2] = {{port.fd(), POLLIN, 0}, {io.commandFd, POLLIN, 0}};
         const nfds_t n = console.readable() ? 2 : 1;
-        const int r = ::poll(fds, n, sim.waiting() ? 1 : 10);
+        const int r = ::poll(fds, n, port.waiting() ? 1 : 10);
         if (r < 0 && errno != EINTR) {
             std::fprintf(io.log, "vexorin-dlp-sim: poll: %s\n", std::strerror(errno));
             break;
@@ -195,28 +180,12 @@ int runDlpPtyServer(const DlpToolOptions& options, const volatile std::sig_atomi
             }
             std::fflush(io.log);
         }
-        if (r > 0 && (fds[0].revents & POLLIN) != 0) {
-            std::uint8_t buf[256];
-            long got;
-            while ((got = pty.read(buf, sizeof buf)) > 0) {
-                if (options.verbose)
-                    std::fprintf(io.log, "pc -> %s\n", printable(buf, std::size_t(got)).c_str());
-                sim.receive(buf, std::size_t(got));
-            }
-        } else if (r > 0 && (fds[0].revents & (POLLHUP | POLLERR)) != 0) {
-            ::usleep(1000);   // nobody on the other side; do not spin
-        }
-        // Answers the PC does not read pile up in the pty no further than kMaxQueued.
-        const std::size_t queued = pty.queuedForPeer();
-        if (queued < kMaxQueued && sim.pending() > 0) {
-            const std::vector<std::uint8_t> out = sim.transmit(kMaxQueued - queued);
-            if (options.verbose)
-                std::fprintf(io.log, "dlp -> %s\n", printable(out.data(), out.size()).c_str());
-            pty.write(out.data(), out.size());
-        }
+        if (r > 0)
+            port.read(fds[0].revents);
+        port.write();
     }
 
-    closeToolPty(pty, options.linkPath, "vexorin-dlp-sim", io);
+    closeToolPty(port.pty(), options.linkPath, "vexorin-dlp-sim", io);
     return 0;
 }
 

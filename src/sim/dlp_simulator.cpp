@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 namespace vexorin::sim {
 
@@ -70,6 +71,12 @@ void DlpSimulator::holdVolts(int channel, double volts)
         held_[std::size_t(channel - 1)] = volts;
 }
 
+void DlpSimulator::setVoltsSource(int channel, std::function<double()> source)
+{
+    if (channel >= 1 && channel <= kChannels)
+        sources_[std::size_t(channel - 1)] = std::move(source);
+}
+
 void DlpSimulator::advance(int ms)
 {
     if (ms > 0)
@@ -83,6 +90,10 @@ double DlpSimulator::volts(int channel) const
     const std::size_t i = std::size_t(channel - 1);
     if (held_[i] >= 0.0)
         return std::min(held_[i], kMaxVolts);
+    if (sources_[i]) {
+        const double v = sources_[i]();
+        return v >= 0.0 ? std::min(v, kMaxVolts) : 0.0;
+    }
     const Profile& p = kProfiles[i];
     const double t = double(nowMs_);
     const double v = p.centre + p.swing * std::sin(kTwoPi * t / p.periodMs + double(i))

@@ -16,6 +16,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -50,6 +51,10 @@ public:
 
     // Holds a channel at a fixed voltage (a negative value lets it move again).
     void holdVolts(int channel, double volts);
+    // Lets something outside (a sensor on the simulated engine) give a
+    // channel's voltage; an empty function gives the channel back its own
+    // movement. A held voltage still comes first.
+    void setVoltsSource(int channel, std::function<double()> source);
 
     void advance(int ms);
     std::uint64_t nowMs() const { return nowMs_; }
@@ -57,6 +62,7 @@ public:
     double volts(int channel) const;
 
     void receive(const std::uint8_t* bytes, std::size_t n);
+    void receive(const std::vector<std::uint8_t>& bytes) { receive(bytes.data(), bytes.size()); }
     // Bytes due to go out now.
     std::size_t pending() const;
     // Up to `max` of the bytes due now.
@@ -74,6 +80,7 @@ private:
     SimRandom random_;
     std::uint64_t nowMs_ = 0;
     std::array<double, kChannels> held_;
+    std::array<std::function<double()>, kChannels> sources_;
     std::deque<Answer> queue_;
 };
 

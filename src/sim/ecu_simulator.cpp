@@ -55,6 +55,7 @@ struct EcuSimulator::Impl {
 
     EngineModel engine;
     std::array<std::uint8_t, kRomSize> image;
+    std::uint64_t romRevision = 0;
     std::string part = "30P00";
     std::vector<Fault> stored;
     std::array<std::uint8_t, 256> tests{};
@@ -458,6 +459,11 @@ void EcuSimulator::setFaultCodes(const std::vector<Fault>& codes) { d->stored = 
 std::uint8_t EcuSimulator::activeTestValue(std::uint8_t code) const { return d->tests[code]; }
 
 const std::array<std::uint8_t, EcuSimulator::kRomSize>& EcuSimulator::rom() const { return d->image; }
-void EcuSimulator::setRom(const std::array<std::uint8_t, kRomSize>& image) { d->image = image; }
+void EcuSimulator::setRom(const std::array<std::uint8_t, kRomSize>& image)
+{
+    d->image = image;
+    ++d->romRevision;
+}
+std::uint64_t EcuSimulator::romRevision() const { return d->romRevision; }
 
 }  // namespace vexorin::sim

@@ -157,6 +157,8 @@ public:
 
     const std::array<std::uint8_t, kRomSize>& rom() const;
     void setRom(const std::array<std::uint8_t, kRomSize>& image);
+    // Counts the calls of setRom, so that what is worked out from the ROM knows when to look again.
+    std::uint64_t romRevision() const;
 
 private:
     struct Impl;

@@ -1,7 +1,9 @@
 #include "sim/pty_server.h"
 
 #include "sim/console_lines.h"
+#include "sim/dlp_pty_port.h"
 #include "sim/pty_link.h"
+#include "sim/simulated_car.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -38,8 +40,10 @@ void logBytes(std::FILE* log, const char* dir, const std::uint8_t* b, std::size_
 class Server {
 public:
     Server(const ToolOptions& o, const ServerIo& io)
-        : opts_(o), io_(io), console_(io.commandFd), sim_(o.seed), pace_(o.pace)
+        : opts_(o), io_(io), console_(io.commandFd), car_(o.seed, o.seed), sim_(car_.ecu()),
+          dlp_(car_.dlp(), o.verbose, io.log), pace_(o.pace)
     {
+        car_.setFuelError(o.fuelError);
         sim_.setFaults(o.faults);
         if (!o.partNumber.empty())
             sim_.setPartNumber(o.partNumber);
@@ -50,6 +54,8 @@ public:
     int run(const volatile std::sig_atomic_t& stop);
 
 private:
+    bool open();
+    void close();
     void readPty();
     void readCommands();
     void command(const std::string& line);
@@ -59,7 +65,9 @@ private:
     ToolOptions opts_;
     ServerIo io_;
     ConsoleLines console_;
-    EcuSimulator sim_;
+    SimulatedCar car_;
+    EcuSimulator& sim_;
+    DlpPtyPort dlp_;   // open with --dlp-link only
     PtyLink pty_;
     bool pace_;
     bool quit_ = false;
@@ -68,23 +76,62 @@ private:
     double credit_ = 0;
 };
 
-int Server::run(const volatile std::sig_atomic_t& stop)
+// The ROM file first: a file that cannot be served ends the tool before any
+// pseudo-terminal appears. The DLP-IO8-G's pty is made before the ECU's, so
+// that both are there once the "PTY" line has been printed.
+bool Server::open()
 {
-    if (!openToolPty(pty_, opts_.linkPath, "vexorin-ecu-sim", io_))
-        return 1;
+    std::string error;
+    if (!opts_.romPath.empty() && !car_.serveRomFile(opts_.romPath, &error)) {
+        std::fprintf(io_.log, "vexorin-ecu-sim: %s\n", error.c_str());
+        return false;
+    }
+    if (!opts_.dlpLinkPath.empty() && !openPty(dlp_.pty(), opts_.dlpLinkPath, "vexorin-ecu-sim", io_))
+        return false;
+    if (!openToolPty(pty_, opts_.linkPath, "vexorin-ecu-sim", io_)) {
+        if (dlp_.pty().isOpen())
+            removeLink(opts_.dlpLinkPath, dlp_.pty().slavePath());
+        return false;
+    }
     const std::string slave = pty_.slavePath();
     std::fprintf(io_.log, "vexorin-ecu-sim: ECU on %s%s%s, seed %u, part number %s%s\n", slave.c_str(),
                  opts_.linkPath.empty() ? "" : " via ", opts_.linkPath.c_str(), opts_.seed,
                  sim_.partNumber().c_str(), pace_ ? ", paced" : "");
+    if (!opts_.romPath.empty())
+        std::fprintf(io_.log, "vexorin-ecu-sim: ROM from %s, read again when it changes\n", opts_.romPath.c_str());
+    if (dlp_.pty().isOpen()) {
+        std::fprintf(io_.out, "DLP %s\n", dlp_.pty().slavePath().c_str());
+        std::fflush(io_.out);
+        std::fprintf(io_.log,
+                     "vexorin-ecu-sim: DLP-IO8-G on %s via %s, channel 1 a 0-5 V wideband (fuel error %.1f %%)\n",
+                     dlp_.pty().slavePath().c_str(), opts_.dlpLinkPath.c_str(), car_.fuelError());
+    }
     std::fflush(io_.log);
+    return true;
+}
+
+void Server::close()
+{
+    if (dlp_.pty().isOpen()) {
+        removeLink(opts_.dlpLinkPath, dlp_.pty().slavePath());
+        dlp_.pty().close();
+    }
+    closeToolPty(pty_, opts_.linkPath, "vexorin-ecu-sim", io_);
+}
+
+int Server::run(const volatile std::sig_atomic_t& stop)
+{
+    if (!open())
+        return 1;
 
     using Clock = std::chrono::steady_clock;
     auto last = Clock::now();
     double carryMs = 0;
     while (stop == 0 && !quit_) {
-        const bool busy = sim_.streaming() || sim_.pending() > 0 || outPos_ < outBuf_.size();
-        pollfd fds[2] = {{pty_.masterFd(), POLLIN, 0}, {io_.commandFd, POLLIN, 0}};
-        const nfds_t n = console_.readable() ? 2 : 1;
+        const bool busy = sim_.streaming() || sim_.pending() > 0 || outPos_ < outBuf_.size() || dlp_.waiting();
+        // The DLP-IO8-G's descriptor is -1 without --dlp-link: poll passes it by.
+        pollfd fds[3] = {{pty_.masterFd(), POLLIN, 0}, {dlp_.fd(), POLLIN, 0}, {io_.commandFd, POLLIN, 0}};
+        const nfds_t n = console_.readable() ? 3 : 2;
         const int r = ::poll(fds, n, busy ? 1 : 10);
         if (r < 0 && errno != EINTR) {
             std::fprintf(io_.log, "vexorin-ecu-sim: poll: %s\n", std::strerror(errno));
@@ -97,21 +144,26 @@ int Server::run(const volatile std::sig_atomic_t& stop)
         carryMs += elapsedMs;
         const int wholeMs = int(std::min(carryMs, 60000.0));
         if (wholeMs > 0) {
-            sim_.advance(wholeMs);
+            car_.advance(wholeMs);
             carryMs -= wholeMs;
         }
 
         // Console commands first: a switch typed before the PC's bytes arrived applies to them.
-        if (n == 2 && r > 0 && (fds[1].revents & (POLLIN | POLLHUP | POLLERR)) != 0)
+        if (n == 3 && r > 0 && (fds[2].revents & (POLLIN | POLLHUP | POLLERR)) != 0)
             readCommands();
         if (r > 0 && (fds[0].revents & POLLIN) != 0)
             readPty();
         else if (r > 0 && (fds[0].revents & (POLLHUP | POLLERR)) != 0)
             ::usleep(1000);   // nobody on the other side; do not spin
+        if (dlp_.pty().isOpen()) {
+            if (r > 0)
+                dlp_.read(fds[1].revents);
+            dlp_.write();
+        }
         pump(elapsedMs);
     }
 
-    closeToolPty(pty_, opts_.linkPath, "vexorin-ecu-sim", io_);
+    close();
     return 0;
 }
 
@@ -169,11 +221,11 @@ void Server::status()
     const EngineSnapshot e = sim_.engine();
     std::fprintf(io_.log,
                  "status: %s, phase %s%s, %.0f rpm, %.0f km/h, coolant %.1f C, silent %s, half %s, corrupt %s, "
-                 "pace %s, %zu stored fault(s)\n",
+                 "pace %s, %zu stored fault(s), wideband %.2f AFR, fuel error %.1f %%\n",
                  sim_.initialised() ? (sim_.streaming() ? "streaming" : "initialised") : "waiting for FF FF EF",
                  phaseName(sim_.phase()), sim_.phaseForced() ? " (forced)" : "", e.rpm, e.speedKmh, e.coolantC,
                  f.silent ? "on" : "off", f.halfReply ? "on" : "off", f.corruptEcho ? "on" : "off",
-                 pace_ ? "on" : "off", sim_.faultCodes().size());
+                 pace_ ? "on" : "off", sim_.faultCodes().size(), car_.widebandRatio(), car_.fuelError());
     std::fflush(io_.log);
 }
 
@@ -201,7 +253,7 @@ void Server::pump(double elapsedMs)
 
 }  // namespace
 
-bool openToolPty(PtyLink& pty, const std::string& linkPath, const char* tool, const ServerIo& io)
+bool openPty(PtyLink& pty, const std::string& linkPath, const char* tool, const ServerIo& io)
 {
     std::string error;
     if (!pty.open(&error)) {
@@ -212,6 +264,13 @@ bool openToolPty(PtyLink& pty, const std::string& linkPath, const char* tool, co
         std::fprintf(io.log, "%s: %s\n", tool, error.c_str());
         return false;
     }
+    return true;
+}
+
+bool openToolPty(PtyLink& pty, const std::string& linkPath, const char* tool, const ServerIo& io)
+{
+    if (!openPty(pty, linkPath, tool, io))
+        return false;
     std::fprintf(io.out, "PTY %s\n", pty.slavePath().c_str());
     std::fflush(io.out);
     return true;

@@ -1,5 +1,6 @@
 // The standalone simulator's main loop: the ECU behind a pseudo-terminal,
-// driven by the real clock, with console commands on a file descriptor.
+// driven by the real clock, with console commands on a file descriptor; with
+// --dlp-link the DLP-IO8-G of the same engine behind a second one.
 #pragma once
 
 #include "sim/tool_options.h"
@@ -24,6 +25,9 @@ constexpr double kLineBytesPerSecond = 960.0;   // 9600 baud, 10 bits a byte
 
 class PtyLink;
 
+// Opens a pseudo-terminal and the symbolic link to it, if one is asked for;
+// false after printing the reason, prefixed with the tool's name, on io.log.
+bool openPty(PtyLink& pty, const std::string& linkPath, const char* tool, const ServerIo& io);
 // Opens the tool's pseudo-terminal and the symbolic link to it, if one is
 // asked for, and prints "PTY <slave path>" on io.out; false after printing
 // the reason, prefixed with the tool's name, on io.log.

@@ -1,9 +1,13 @@
 #include "sim/tool_options.h"
 
+#include "sim/simulated_car.h"
+
+#include <algorithm>
 #include <cctype>
 #include <cerrno>
-#include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <locale>
 #include <sstream>
 
 namespace vexorin::sim {
@@ -72,6 +76,30 @@ bool parseFaultList(const std::string& text, std::vector<EcuSimulator::Fault>& o
     return true;
 }
 
+bool parsePercent(const std::string& text, double limit, double& out)
+{
+    // Digits with at most one '.', an optional sign in front; no exponent, no locale.
+    std::size_t i = text.empty() || (text[0] != '-' && text[0] != '+') ? 0 : 1;
+    bool digit = false, point = false;
+    for (; i < text.size(); ++i) {
+        if (std::isdigit(static_cast<unsigned char>(text[i])))
+            digit = true;
+        else if (text[i] == '.' && !point)
+            point = true;
+        else
+            return false;
+    }
+    if (!digit)
+        return false;
+    std::istringstream in(text);
+    in.imbue(std::locale::classic());
+    double v = 0;
+    if (!(in >> v) || !std::isfinite(v) || std::fabs(v) > limit)
+        return false;
+    out = v;
+    return true;
+}
+
 ParseResult parseToolOptions(const std::vector<std::string>& args, ToolOptions& out, std::string* error)
 {
     auto value = [&](std::size_t& i, const std::string& name, std::string& v) {
@@ -124,7 +152,15 @@ ParseResult parseToolOptions(const std::vector<std::string>& args, ToolOptions& 
             if (!value(i, a, v) || !parseFaultList(v, out.faultCodes, error))
                 return ParseResult::Error;
             out.faultCodesGiven = true;
-        } else if (a == "--write-rom" || a == "--link") {
+        } else if (a == "--fuel-error") {
+            if (!value(i, a, v))
+                return ParseResult::Error;
+            if (!parsePercent(v, SimulatedCar::kMaxFuelError, out.fuelError)) {
+                if (error)
+                    *error = "--fuel-error needs a number of percent from -50 to 50, such as 8 or -2.5";
+                return ParseResult::Error;
+            }
+        } else if (a == "--write-rom" || a == "--link" || a == "--rom" || a == "--dlp-link") {
             if (!value(i, a, v))
                 return ParseResult::Error;
             if (v.empty()) {
@@ -132,7 +168,8 @@ ParseResult parseToolOptions(const std::vector<std::string>& args, ToolOptions& 
                     *error = a + " needs a path";
                 return ParseResult::Error;
             }
-            (a == "--link" ? out.linkPath : out.writeRomPath) = v;
+            (a == "--link" ? out.linkPath : a == "--rom" ? out.romPath : a == "--dlp-link" ? out.dlpLinkPath
+                                                                                          : out.writeRomPath) = v;
         } else {
             if (error)
                 *error = "unknown option " + a;
@@ -147,6 +184,7 @@ std::string toolUsage(const std::string& program)
     return "Usage: " + program + " [options]\n"
         "A simulated Z32 Consult ECU behind a pseudo-terminal. The first line on\n"
         "standard output is \"PTY <slave path>\"; open that path as the serial port.\n"
+        "With --dlp-link a second line, \"DLP <slave path>\", names the DLP-IO8-G's pty.\n"
         "\n"
         "Options:\n"
         "  --pace               send at the Consult line rate, 960 bytes/s\n"
@@ -159,6 +197,10 @@ std::string toolUsage(const std::string& program)
         "  --link PATH          also make PATH a symbolic link to the slave; removed at exit\n"
         "  --verbose, -v        log every byte in and out on standard error\n"
         "  --write-rom FILE     write the simulator's 32 KB ROM (of --seed) to FILE as a BIN file and exit\n"
+        "  --rom FILE           serve FILE (32768 bytes) as the ROM; read again when it changes\n"
+        "  --fuel-error PCT     the engine lacks PCT percent of fuel (8 runs 8 % lean; default 0)\n"
+        "  --dlp-link PATH      also serve a DLP-IO8-G on a second pseudo-terminal, PATH a symbolic\n"
+        "                       link to it; its channel 1 reads a 0-5 V wideband in this engine's exhaust\n"
         "  --help, -h           this text\n"
         "\n" + consoleHelp();
 }

@@ -19,6 +19,9 @@ struct ToolOptions {
     std::string linkPath;              // empty: no symbolic link
     bool verbose = false;              // log every byte in and out on stderr
     std::string writeRomPath;          // not empty: write the ROM image there and exit
+    double fuelError = 0;              // percent of fuel the engine lacks (8 runs 8 % lean)
+    std::string romPath;               // not empty: serve this BIN file as the ROM
+    std::string dlpLinkPath;           // not empty: also serve the DLP-IO8-G, linked here
 };
 
 enum class ParseResult { Ok, Help, Error };
@@ -26,6 +29,8 @@ enum class ParseResult { Ok, Help, Error };
 // Words of the tools' command lines and consoles.
 // A whole number in the base (10 or 16) up to `max`, digits only.
 bool parseUnsigned(const std::string& text, int base, unsigned long max, unsigned long& out);
+// A number of percent such as 8, -2.5 or +0.5 ('.' as the decimal mark), within -limit..limit.
+bool parsePercent(const std::string& text, double limit, double& out);
 // "on", "1", "yes" or "off", "0", "no".
 bool parseOnOff(const std::string& word, bool& on);
 std::string trim(const std::string& s);

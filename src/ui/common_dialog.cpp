@@ -29,9 +29,12 @@ bool run(const DialogRequest& req, DialogResult& res, bool save)
     res.filterIndex = save ? 0 : -1;
     const QStringList filters = filterList(req.filter);
     QString path;
+    QStringList files;
     QString chosenFilter;
     if (answerer()) {
         path = answerer()(req, save);
+        files = path.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        path = files.value(0);
         chosenFilter = filters.value(qMax(0, req.filterIndex - 1));
     } else {
         // On the heap: the owner may be unloaded while the dialog waits, and takes the
@@ -57,7 +60,8 @@ bool run(const DialogRequest& req, DialogResult& res, bool save)
         const vexorin::ui::DialogWait wait(req.owner);
         const int outcome = dialog->exec();
         if (dialog && outcome == QDialog::Accepted && !dialog->selectedFiles().isEmpty()) {
-            path = dialog->selectedFiles().first();
+            files = dialog->selectedFiles();
+            path = files.first();
             chosenFilter = dialog->selectedNameFilter();
         }
         delete dialog.data();
@@ -65,6 +69,7 @@ bool run(const DialogRequest& req, DialogResult& res, bool save)
     if (path.isEmpty())
         return false;
     res.fileSpec = withExtension(path, req.defaultExtension);
+    res.files = save || !req.multiSelect ? QStringList{res.fileSpec} : files;
     res.fileTitle = QFileInfo(res.fileSpec).fileName();
     res.filter = chosenFilter;
     res.filterIndex = qMax(1, int(filters.indexOf(chosenFilter)) + 1);
@@ -118,6 +123,16 @@ QString saveFileName(QWidget* owner, const QString& defaultExtension, const QStr
     req.fileSpec = initialName;
     DialogResult res;
     return SaveFile(req, res) ? res.fileSpec : QString();
+}
+
+QStringList openFileNames(QWidget* owner, const QString& filter)
+{
+    DialogRequest req;
+    req.owner = owner;
+    req.filter = filter;
+    req.multiSelect = true;
+    DialogResult res;
+    return OpenFile(req, res) ? res.files : QStringList();
 }
 
 QString openFileName(QWidget* owner, const QString& defaultExtension, const QString& filter)

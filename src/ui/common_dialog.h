@@ -30,6 +30,7 @@ struct DialogRequest {
 
 struct DialogResult {
     QString fileSpec;       // chosen path; empty on cancel
+    QStringList files;      // every chosen path (several with multiSelect)
     QString fileTitle;      // name part of the path; empty on cancel
     QString filter;         // the chosen filter's description; empty on cancel
     int filterIndex = 0;    // chosen index; on cancel -1 for open, 0 for save
@@ -45,7 +46,8 @@ bool OpenFile(const DialogRequest& request, DialogResult& result);
 bool SaveFile(const DialogRequest& request, DialogResult& result);
 
 // Answers dialogs instead of a person (an empty function restores the real dialogs).
-// The answer is the chosen path, or empty for a cancel.
+// The answer is the chosen path, or empty for a cancel; for a multiSelect
+// request, several paths each on a line of their own.
 using Answerer = std::function<QString(const DialogRequest& request, bool save)>;
 void setAnswerer(Answerer answerer);
 
@@ -53,5 +55,7 @@ void setAnswerer(Answerer answerer);
 QString saveFileName(QWidget* owner, const QString& defaultExtension, const QString& filter,
                      const QString& initialName = QString());
 QString openFileName(QWidget* owner, const QString& defaultExtension, const QString& filter);
+// An open of one or more files; empty on cancel.
+QStringList openFileNames(QWidget* owner, const QString& filter);
 
 }  // namespace mCommonDialog

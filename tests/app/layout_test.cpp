@@ -48,12 +48,12 @@ void LayoutTest::everyWindowShowsWholeTextsAndNoOverlap()
     for (const char* name : {"MainWindow", "Dash", "ByteViewer", "LogPlayer", "GraphTest", "ExternalSensors", "SensorName",
                              "StartupAnnounce", "SpeechEngines", "FaultCodes", "InterfaceCheck", "Credits", "Splash",
                              "MapViewer", "BINViewer", "HexChart", "BinCompare", "MapSurface", "BinFileDownloaderWindow",
-                             "RegisterViewerWindow", "ActiveTestWindow", "LogChart", "ChannelScale"})
+                             "RegisterViewerWindow", "ActiveTestWindow", "LogChart", "ChannelScale", "FuelCorrection"})
         QVERIFY2(looked.contains(QLatin1String(name)), name);
     for (const char* picture : {"speed-alert", "water-alert", "colour-frame", "main-window-large-view",
                                 "bin-file-downloader", "bin-file-downloader-plain", "map-viewer-edit-mode", "bin-compare",
                                 "map-viewer-live-trace", "map-viewer-compare", "map-3d", "log-chart", "log-export",
-                                "channel-scale"})
+                                "channel-scale", "fuel-correction"})
         QVERIFY2(pictures.contains(QLatin1String(picture)), picture);
 }
 

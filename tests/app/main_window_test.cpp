@@ -7,7 +7,7 @@
 #include "rom/bin_compare_view.h"
 #include "rom/bin_compare_window.h"
 #include "rom/map_viewer.h"
-#include "rom/map_decoding.h"
+#include "rom/rules/map_decoding.h"
 #include "rom/map_grid_widget.h"
 #include "rom/map_viewer_window.h"
 #include "sim/ecu_simulator.h"

@@ -1,9 +1,9 @@
 // Where the trace puts the engine: rows and columns for chosen engine
 // speeds, air flow voltages, VQ curves, K values and scales, worked out by
 // hand here; ties and both ends of every scale; the fixed curve's cases.
-#include "rom/live_trace.h"
+#include "rom/rules/live_trace.h"
 #include "rom/rom_image.h"
-#include "rom/vq_table.h"
+#include "rom/rules/vq_table.h"
 
 #include <gtest/gtest.h>
 

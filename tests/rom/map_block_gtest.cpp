@@ -1,7 +1,7 @@
 // Block edits on a crafted map: each operation's bytes against figures worked
 // out by hand, nothing outside the selection planned, clamped cells marked.
 #include "rom/map_block.h"
-#include "rom/map_decoding.h"
+#include "rom/rules/map_decoding.h"
 
 #include <gtest/gtest.h>
 

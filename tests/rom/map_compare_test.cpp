@@ -2,7 +2,7 @@
 // heading whose byte differs in the other file, on the right tabs only;
 // marks follow edits and loads; "Clear Compare"; neither file is written.
 #include "map_rig.h"
-#include "rom/map_decoding.h"
+#include "rom/rules/map_decoding.h"
 #include "rom/map_grid_widget.h"
 #include "rom/map_viewer_window.h"
 #include "ui/common_dialog.h"

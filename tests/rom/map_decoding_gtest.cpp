@@ -1,4 +1,4 @@
-#include "rom/map_decoding.h"
+#include "rom/rules/map_decoding.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Typed and computed figures to bytes: every range end, the ties, the
 // roundings a half upwards, the clamping of block edits, the range messages.
-#include "rom/map_decoding.h"
+#include "rom/rules/map_decoding.h"
 #include "rom/map_figures.h"
 
 #include <gtest/gtest.h>

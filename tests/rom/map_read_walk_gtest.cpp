@@ -1,6 +1,6 @@
 // Reading a map from the ECU: the scale stages, then the map's bank, and the
 // state a stopped read leaves for the next.
-#include "rom/map_decoding.h"
+#include "rom/rules/map_decoding.h"
 #include "rom/map_read_walk.h"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 // headings out of order and of empty cells.
 #include "rom/map_surface.h"
 
-#include "rom/map_decoding.h"
+#include "rom/rules/map_decoding.h"
 #include "sim/ecu_simulator.h"
 
 #include <gtest/gtest.h>

@@ -4,7 +4,7 @@
 #include "consult/consult_session.h"
 #include "consult/link_owner.h"
 #include "map_rig.h"
-#include "rom/live_trace.h"
+#include "rom/rules/live_trace.h"
 #include "rom/map_trace.h"
 
 #include <QRegularExpression>

@@ -1,4 +1,4 @@
-#include "rom/vq_table.h"
+#include "rom/rules/vq_table.h"
 
 #include <gtest/gtest.h>
 

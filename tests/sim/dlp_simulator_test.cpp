@@ -77,6 +77,25 @@ TEST(DlpSimulator, HeldChannelKeepsItsVoltage)
     EXPECT_TRUE(isReading(ask(dlp, 'C')));
 }
 
+TEST(DlpSimulator, ChannelCanFollowASourceOutside)
+{
+    DlpSimulator dlp(5);
+    DlpSimulator alone(5);
+    double sensor = 3.456;
+    dlp.setVoltsSource(1, [&sensor] { return sensor; });
+    EXPECT_EQ(ask(dlp, 'Z'), "3.46V");
+    sensor = 7.0;
+    EXPECT_EQ(ask(dlp, 'Z'), "5.00V");
+    sensor = -1.0;
+    EXPECT_EQ(ask(dlp, 'Z'), "0.00V");
+    EXPECT_EQ(ask(dlp, 'X'), ask(alone, 'X'));
+    dlp.holdVolts(1, 1.5);
+    EXPECT_EQ(ask(dlp, 'Z'), "1.50V");
+    dlp.holdVolts(1, -1);
+    dlp.setVoltsSource(1, {});
+    EXPECT_EQ(ask(dlp, 'Z'), ask(alone, 'Z'));
+}
+
 TEST(DlpSimulator, LateAnswersWaitForTheirTime)
 {
     DlpSimulator dlp;

@@ -398,6 +398,69 @@ TEST(PtyTool, WritesItsRomAsABinFile)
     EXPECT_EQ(bytes, std::vector<std::uint8_t>(rom.begin(), rom.end()));
 }
 
+TEST(PtyTool, RomFileThatCannotBeServedEndsTheTool)
+{
+    REQUIRE_TOOL();
+    const std::string path = tempPath("vexorin-short-rom") + ".bin";
+    {
+        std::ofstream f(path, std::ios::binary);
+        f << std::string(1000, 'x');
+    }
+    SimTool tool;
+    EXPECT_FALSE(tool.start({"--rom", path}, false));
+    EXPECT_TRUE(tool.waitForLog("is 1000 bytes long, not the 32768 of a ROM image")) << tool.log();
+    EXPECT_EQ(tool.stop(0), 1);
+    std::remove(path.c_str());
+
+    SimTool missing;
+    EXPECT_FALSE(missing.start({"--rom", path + ".missing"}, false));
+    EXPECT_TRUE(missing.waitForLog("cannot read the ROM file")) << missing.log();
+    EXPECT_EQ(missing.stop(0), 1);
+}
+
+TEST(PtyTool, ServesTheDlpOfItsEngine)
+{
+    REQUIRE_TOOL();
+    const std::string romPath = tempPath("vexorin-served-rom") + ".bin";
+    auto rom = vexorin::sim::makeSyntheticRom(5);
+    {
+        std::ofstream f(romPath, std::ios::binary);
+        f.write(reinterpret_cast<const char*>(rom.data()), std::streamsize(rom.size()));
+    }
+    const std::string dlpLink = tempPath("vexorin-dlp-link");
+    SimTool tool;
+    ASSERT_TRUE(tool.start({"--rom", romPath, "--fuel-error", "8", "--dlp-link", dlpLink}, false));
+    ASSERT_TRUE(tool.waitForLog("DLP-IO8-G on")) << tool.log();
+    EXPECT_NE(tool.log().find("fuel error 8.0 %"), std::string::npos) << tool.log();
+
+    // The ECU serves the file's ROM.
+    Port ecu(tool.ptyPath());
+    ASSERT_TRUE(ecu.ok());
+    ecu.send({0xFF, 0xFF, 0xEF});
+    ASSERT_EQ(ecu.read(1), Bytes{0x10});
+    ecu.send({0xC9, 0xFD, 0x00, 0xF0});
+    const Bytes cell = ecu.read(6);
+    ecu.send({0x30, 0x30});
+    ASSERT_EQ(cell.size(), 6u);
+    EXPECT_EQ(cell[5], rom[0x7D00]);
+
+    // The DLP-IO8-G answers on its own pseudo-terminal.
+    Port dlp(dlpLink);
+    ASSERT_TRUE(dlp.ok());
+    dlp.send({'Z', 'X'});
+    const Bytes r = dlp.read(10);
+    const std::string text(r.begin(), r.end());
+    ASSERT_EQ(text.size(), 10u) << text;
+    EXPECT_EQ(text[1], '.');
+    EXPECT_EQ(text[4], 'V');
+    EXPECT_EQ(text[9], 'V');
+
+    EXPECT_EQ(tool.stop(), 0);
+    struct stat st{};
+    EXPECT_NE(::lstat(dlpLink.c_str(), &st), 0) << "DLP link left behind";
+    std::remove(romPath.c_str());
+}
+
 TEST(PtyTool, BadOptionIsRefused)
 {
     REQUIRE_TOOL();

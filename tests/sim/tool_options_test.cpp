@@ -78,6 +78,47 @@ TEST(ToolOptions, Errors)
     }
 }
 
+TEST(ToolOptions, WidebandEngineAndServedRom)
+{
+    ToolOptions o;
+    EXPECT_EQ(parse({}, o), ParseResult::Ok);
+    EXPECT_EQ(o.fuelError, 0.0);
+    EXPECT_TRUE(o.romPath.empty());
+    EXPECT_TRUE(o.dlpLinkPath.empty());
+
+    EXPECT_EQ(parse({"--fuel-error", "8", "--rom", "/tmp/tuned.bin", "--dlp-link", "/tmp/dlp"}, o), ParseResult::Ok);
+    EXPECT_EQ(o.fuelError, 8.0);
+    EXPECT_EQ(o.romPath, "/tmp/tuned.bin");
+    EXPECT_EQ(o.dlpLinkPath, "/tmp/dlp");
+    EXPECT_TRUE(o.linkPath.empty());
+
+    for (const auto& [text, value] : std::vector<std::pair<std::string, double>>{
+             {"-2.5", -2.5}, {"+0.5", 0.5}, {"50", 50.0}, {"-50", -50.0}, {"0", 0.0}, {".5", 0.5}, {"12.", 12.0}}) {
+        ToolOptions p;
+        EXPECT_EQ(parse({"--fuel-error", text}, p), ParseResult::Ok) << text;
+        EXPECT_DOUBLE_EQ(p.fuelError, value) << text;
+    }
+
+    const std::string usage = toolUsage("vexorin-ecu-sim");
+    for (const char* word : {"--fuel-error PCT", "--rom FILE", "--dlp-link PATH", "wideband"})
+        EXPECT_NE(usage.find(word), std::string::npos) << word;
+}
+
+TEST(ToolOptions, WidebandOptionErrors)
+{
+    const std::vector<std::vector<std::string>> bad = {
+        {"--fuel-error"}, {"--fuel-error", ""}, {"--fuel-error", "abc"}, {"--fuel-error", "8%"},
+        {"--fuel-error", "1e1"}, {"--fuel-error", "50.5"}, {"--fuel-error", "-51"}, {"--fuel-error", "8,5"},
+        {"--fuel-error", "1.2.3"}, {"--fuel-error", "-"}, {"--fuel-error", "nan"}, {"--rom"}, {"--rom", ""},
+        {"--dlp-link"}, {"--dlp-link", ""}};
+    for (const auto& args : bad) {
+        ToolOptions o;
+        std::string error;
+        EXPECT_EQ(parse(args, o, &error), ParseResult::Error) << args[0] << " " << (args.size() > 1 ? args[1] : "");
+        EXPECT_NE(error.find(args[0]), std::string::npos) << error;
+    }
+}
+
 TEST(FaultList, Forms)
 {
     std::vector<EcuSimulator::Fault> f;
