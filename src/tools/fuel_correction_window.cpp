@@ -78,6 +78,9 @@ FuelCorrectionWindow::FuelCorrectionWindow(SettingsStore& store, ConsultSession&
                                  QAbstractItemView::AnyKeyPressed);
     correctionGrid_->setFocusPolicy(Qt::StrongFocus);
     correctionGrid_->setSelectionMode(QAbstractItemView::SingleSelection);
+    // Every cell in sight: the grids never shrink below their whole size.
+    for (MapGridWidget* grid : {correctionGrid_, targetGrid_})
+        grid->setMinimumSize(grid->sizeHint());
     tabs_->addTab(correctionGrid_, QStringLiteral("Correction"));
     tabs_->addTab(targetGrid_, QStringLiteral("Target A/F"));
 
