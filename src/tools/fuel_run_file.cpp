@@ -1,7 +1,8 @@
 #include "tools/fuel_run_file.h"
 
+#include "rom/map_figures.h"
+
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 
 namespace vexorin::tools {
@@ -69,23 +70,10 @@ std::string afrRowLine(std::int64_t timeMs, std::string_view figure)
 
 std::optional<double> runNumber(std::string_view text)
 {
-    if (text.empty() || text.size() > kLongestNumber)
+    if (text.size() > kLongestNumber)
         return std::nullopt;
-    std::size_t i = text[0] == '-' ? 1 : 0;
-    bool digits = false, point = false;
-    for (; i < text.size(); ++i) {
-        if (text[i] >= '0' && text[i] <= '9')
-            digits = true;
-        else if (text[i] == '.' && !point)
-            point = true;
-        else
-            return std::nullopt;
-    }
-    if (!digits)
-        return std::nullopt;
-    double value = 0;  // the same whatever the desktop's locale
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value))
+    const std::optional<double> value = vexorin::rom::parseFigure(std::string(text));
+    if (!value || !std::isfinite(*value))
         return std::nullopt;
     return value;
 }
