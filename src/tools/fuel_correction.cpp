@@ -204,7 +204,7 @@ bool FuelCorrection::setTarget(int row, int column, const QString& text)
         return false;
     }
     // Kept as the file keeps it: two decimals.
-    targets_[cellIndex(row, column)] = std::stod(twoDecimals(*figure));
+    targets_[cellIndex(row, column)] = runNumber(twoDecimals(*figure)).value_or(*figure);
     keepTargets();
     emit targetsChanged();
     analyse();
