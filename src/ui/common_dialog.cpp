@@ -114,12 +114,21 @@ void setAnswerer(Answerer a)
     answerer() = std::move(a);
 }
 
-QString saveFileName(QWidget* owner, const QString& defaultExtension, const QString& filter, const QString& initialName)
+namespace {
+// The request of the windows' standard dialogs.
+DialogRequest standardRequest(QWidget* owner, const QString& defaultExtension, const QString& filter)
 {
     DialogRequest req;
     req.owner = owner;
     req.defaultExtension = defaultExtension;
     req.filter = filter;
+    return req;
+}
+}  // namespace
+
+QString saveFileName(QWidget* owner, const QString& defaultExtension, const QString& filter, const QString& initialName)
+{
+    DialogRequest req = standardRequest(owner, defaultExtension, filter);
     req.fileSpec = initialName;
     DialogResult res;
     return SaveFile(req, res) ? res.fileSpec : QString();
@@ -127,9 +136,7 @@ QString saveFileName(QWidget* owner, const QString& defaultExtension, const QStr
 
 QStringList openFileNames(QWidget* owner, const QString& filter)
 {
-    DialogRequest req;
-    req.owner = owner;
-    req.filter = filter;
+    DialogRequest req = standardRequest(owner, QString(), filter);
     req.multiSelect = true;
     DialogResult res;
     return OpenFile(req, res) ? res.files : QStringList();
@@ -137,12 +144,8 @@ QStringList openFileNames(QWidget* owner, const QString& filter)
 
 QString openFileName(QWidget* owner, const QString& defaultExtension, const QString& filter)
 {
-    DialogRequest req;
-    req.owner = owner;
-    req.defaultExtension = defaultExtension;
-    req.filter = filter;
     DialogResult res;
-    return OpenFile(req, res) ? res.fileSpec : QString();
+    return OpenFile(standardRequest(owner, defaultExtension, filter), res) ? res.fileSpec : QString();
 }
 
 }  // namespace mCommonDialog
