@@ -165,11 +165,12 @@ void FuelCorrectionWindowTest::captionsAndControls()
                                                     {"Min water (\u00B0F)", 160}, {"Steady RPM", 150},
                                                     {"Steady TPS (V)", 0.10}};
     const QList<QDoubleSpinBox*> spins = w->findChildren<QDoubleSpinBox*>();
-    for (const auto& [caption, value] : boxes) {
+    for (const auto& box : boxes) {
+        const QString caption = QString::fromUtf8(box.first);
         const auto it = std::find_if(spins.begin(), spins.end(),
-                                     [&](QDoubleSpinBox* s) { return s->accessibleName() == QString::fromUtf8(caption); });
-        QVERIFY2(it != spins.end(), caption);
-        QCOMPARE((*it)->value(), value);
+                                     [&caption](QDoubleSpinBox* s) { return s->accessibleName() == caption; });
+        QVERIFY2(it != spins.end(), box.first);
+        QCOMPARE((*it)->value(), box.second);
     }
     auto* alpha = w->findChild<QCheckBox*>(QStringLiteral("UseAlpha"));
     QCOMPARE(alpha->text(), QStringLiteral("Use A/F alpha"));
